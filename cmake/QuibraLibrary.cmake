@@ -1,0 +1,14 @@
+# quibra_library(NAME SOURCES... LINK ...)
+#
+# One folder's logic: a static library quibra_NAME that may use Qt6::Core and the folders it names behind LINK, nothing
+# else. Headers are included by their path below src/, so the include root is shared; the link line is the wall, and
+# tests/structure checks the includes against the order of the floors.
+function(quibra_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(quibra_${name} STATIC ${ARG_SOURCES})
+  target_include_directories(quibra_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_compile_definitions(quibra_${name} PUBLIC QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
+                                                   QT_NO_FOREACH)
+  target_link_libraries(quibra_${name} PUBLIC Qt6::Core ${ARG_LINK})
+  target_precompile_headers(quibra_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/quibra_pch.h)
+endfunction()

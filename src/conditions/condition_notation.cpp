@@ -1,0 +1,1 @@
+#include "conditions/condition_notation.h"

@@ -1,0 +1,1 @@
+#include "conditions/limit_lists.h"

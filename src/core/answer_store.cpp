@@ -1,0 +1,1 @@
+#include "core/answer_store.h"

@@ -1,0 +1,1 @@
+#include "core/survey_file.h"

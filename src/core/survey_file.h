@@ -1,0 +1,44 @@
+// The survey file: loading any of its generations and saving the current one with its backup. docs/FILE_FORMAT.md tells
+// the bytes. Both speak to the user of the session about everything that goes wrong, and leave the session as told.
+#pragma once
+
+#include <QString>
+
+#include "core/survey_session.h"
+
+namespace quibra {
+
+// What a caller expects a file to be.
+enum FileMode { kExpectSurvey = 1, kExpectPage = 2 };
+
+// Results of a load, and the codes of the file kinds.
+enum FileCode {
+    kNothing = 0,
+    kLoaded = 1,
+    kSurvey1001 = 1001,
+    kSurvey1002 = 1002,
+    kSurvey1003 = 1003,
+    kPageFile = 2001,
+    kLoadBaseFirst = 9001,
+};
+
+// Loads the survey at `path` into the session. Gives kLoaded, kNothing (the user was told why), kPageFile (a result
+// page, which the caller is to open) or kLoadBaseFirst (`path` now names the survey on which the page is based, which
+// the caller is to load first). A failed or stopped load leaves the dead state.
+int SurveyLoad(SurveySession& session, QString& path, int mode);
+
+// The samples to write when it is not all of them: a search result, walked once.
+class SampleSelection {
+  public:
+    virtual ~SampleSelection() = default;
+    virtual qint32 EssayDnoCount() const = 0;
+    virtual void EssayDnoReset() = 0;
+    virtual qint32 EssayDno() = 0;  // the next place, -1 past the end
+};
+
+// Saves the survey at `path`; without a selection all samples in their order. True when the file was written whole; the
+// user has been told otherwise. Run-time error 53 leaves the function when a first save of that name breaks off, since
+// there is no older file to go back to.
+bool SurveySave(SurveySession& session, const QString& path, SampleSelection* selection = nullptr);
+
+}  // namespace quibra

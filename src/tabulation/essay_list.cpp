@@ -1,0 +1,1 @@
+#include "tabulation/essay_list.h"

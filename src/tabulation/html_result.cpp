@@ -1,0 +1,1 @@
+#include "tabulation/html_result.h"

@@ -1,0 +1,1 @@
+#include "tabulation/result_grid.h"

@@ -1,0 +1,1 @@
+#include "tabulation/table_figures.h"

@@ -1,0 +1,1 @@
+#include "tabulation/total_sheet.h"
