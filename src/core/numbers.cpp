@@ -1,6 +1,5 @@
 #include "core/numbers.h"
 
-#include <QByteArray>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -47,14 +46,14 @@ double LeadingNumber(QStringView text) {
     }
     if (digitCount == 0) return 0;
 
-    QByteArray number = text.mid(start, at - start).toLatin1();
+    QString number = text.mid(start, at - start).toString();
     if (at < text.size() && QStringView(u"EeDd").contains(text[at])) {
         qsizetype exponent = at + 1;
         if (exponent < text.size() && (text[exponent] == u'+' || text[exponent] == u'-')) ++exponent;
         const qsizetype end = SkipDigits(text, exponent);
-        if (end > exponent) number += 'e' + text.mid(at + 1, end - at - 1).toLatin1();
+        if (end > exponent) number += u'e' + text.mid(at + 1, end - at - 1).toString();
     }
-    // Infinite for what is too large, zero for what is too small.
+    // Infinite for what is too large, zero for what is too small; QByteArray would give zero for both.
     const double value = number.toDouble();
     if (!std::isfinite(value)) throw RuntimeError(kErrorOverflow);
     return value;

