@@ -1,0 +1,104 @@
+#include "conditions/block_condition.h"
+
+namespace quibra {
+
+namespace {
+
+using Words = const uint64_t*;
+
+// held |= samples of `among` whose field lies from `low` to `high`, by comparing bit by bit from the highest plane
+// down.
+void AddInRange(Words planes, int width, int low, int high, const BlockMask& among, int words, BlockMask& held) {
+    high = std::min(high, (1 << width) - 1);
+    if (low > high) return;
+    for (int w = 0; w < words; ++w) {
+        const auto at = static_cast<size_t>(w);
+        uint64_t below = 0;
+        uint64_t above = 0;
+        uint64_t equalLow = among[at];
+        uint64_t equalHigh = among[at];
+        for (int p = width - 1; p >= 0; --p) {
+            const uint64_t bit = planes[p * kPlaneWords + w];
+            if ((low >> p) & 1) {
+                below |= equalLow & ~bit;
+                equalLow &= bit;
+            } else {
+                equalLow &= ~bit;
+            }
+            if ((high >> p) & 1) {
+                equalHigh &= bit;
+            } else {
+                above |= equalHigh & bit;
+                equalHigh &= ~bit;
+            }
+        }
+        held[at] |= among[at] & ~(below | above);
+    }
+}
+
+}  // namespace
+
+BlockCondition::BlockCondition(const Survey& survey, const LimitList& list)
+    : survey_(survey), flags_(survey.Samples.Flags()), wanted_(static_cast<quint16>(list[0].b)) {
+    const LimitLine* line = list.Data() + 1;
+    bool groupOpen = false;
+    LimitTerm term;
+    while (NextLimitTerm(line, groupOpen, term))
+        terms_.push_back(term);
+}
+
+void BlockCondition::TestTerm(SamplePlanes& planes, const LimitTerm& term, BlockMask& held) const {
+    if (term.question > kLastQuestion) return;
+    const AnswerLayoutRec& question = survey_.QIdx[term.question];
+    if (term.rank > question.Anum) return;
+    const int words = planes.Words();
+    const int last = term.rank > 0 ? term.rank : question.Anum;
+    BlockMask answered;  // an answer at every position so far
+    answered.fill(~uint64_t{0});
+    for (int position = 0; position < last; ++position) {
+        const Words field = planes.Field(question.BitStart + position * question.BitWidth, question.BitWidth);
+        if (term.rank == 0 || position + 1 == term.rank) {
+            AddInRange(field, question.BitWidth, std::max(term.low, 1), term.high, answered, words, held);
+            if (position == 0 && term.low == 0) AddInRange(field, question.BitWidth, 0, 0, answered, words, held);
+        }
+        if (position + 1 == last) break;
+        for (int w = 0; w < words; ++w) {
+            uint64_t any = 0;
+            for (int p = 0; p < question.BitWidth; ++p)
+                any |= field[p * kPlaneWords + w];
+            answered[static_cast<size_t>(w)] &= any;
+        }
+    }
+}
+
+void BlockCondition::Restrict(SamplePlanes& planes, BlockMask& mask) const {
+    const int words = planes.Words();
+    if (wanted_ != 0) {
+        BlockMask flagged;
+        planes.Kernels().testFlags(flags_ + planes.First(), planes.Count(), wanted_, flagged.data());
+        for (int w = 0; w < words; ++w)
+            mask[static_cast<size_t>(w)] &= flagged[static_cast<size_t>(w)];
+    }
+    for (size_t first = 0; first < terms_.size();) {
+        const bool excludes = terms_[first].excludes;
+        BlockMask held{};
+        do {
+            TestTerm(planes, terms_[first++], held);
+        } while (first < terms_.size() && !terms_[first].opensGroup);
+        for (int w = 0; w < words; ++w) {
+            const auto at = static_cast<size_t>(w);
+            mask[at] &= excludes ? ~held[at] : held[at];
+        }
+    }
+}
+
+bool StandsAlone(LimitColumn column) {
+    for (size_t line = 1; line < column.size() && column[line].a != 0; ++line) {
+        const int kind = LimitKindOf(column[line]);
+        if (kind == kLimitAnd || kind == kLimitNot) return true;
+        if (kind == kLimitOr || line == 1) return false;
+    }
+    return true;
+}
+
+}  // namespace quibra

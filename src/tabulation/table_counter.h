@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+#include "core/bit_kernels.h"
 #include "core/survey.h"
 #include "tabulation/total_option.h"
 
@@ -23,7 +24,7 @@ struct Figures {
 class TableCounter {
   public:
     // Both must outlive the counter and stay unchanged. Limits and questions are read at once.
-    TableCounter(const Survey& survey, const TotalOption& option);
+    TableCounter(const Survey& survey, const TotalOption& option, const BitKernels& kernels = FastestBitKernels());
     ~TableCounter();
 
     // Makes the shared pass reach at least `samples` samples.

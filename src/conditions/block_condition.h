@@ -1,0 +1,35 @@
+// A condition compiled for blocks of samples: what lmDoC says of each sample, for a whole block at once.
+#pragma once
+
+#include <vector>
+
+#include "companion/limit_terms.h"
+#include "core/sample_planes.h"
+
+namespace quibra {
+
+class BlockCondition {
+  public:
+    // Compiles `list` against the survey's present layout, which must not change afterwards.
+    BlockCondition(const Survey& survey, const LimitList& list);
+
+    // Takes the samples that don't meet the condition out of `mask`.
+    void Restrict(SamplePlanes& planes, BlockMask& mask) const;
+
+    // True when every sample meets it.
+    bool IsEmpty() const { return wanted_ == 0 && terms_.empty(); }
+
+  private:
+    void TestTerm(SamplePlanes& planes, const LimitTerm& term, BlockMask& held) const;
+
+    const Survey& survey_;
+    const qint16* flags_;
+    quint16 wanted_;
+    std::vector<LimitTerm> terms_;
+};
+
+// True when the column's lines mean the same behind other lines as alone, because none of them reaches back: it does
+// not begin with 又は or から. Only then may columns be tested apart and their masks joined.
+bool StandsAlone(LimitColumn column);
+
+}  // namespace quibra
