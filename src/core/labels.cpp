@@ -56,9 +56,7 @@ bool ContinuesBranch(const Survey& survey, int q) {
     int p = q - 1;
     while (p >= 0 && Depth(survey, p) > Depth(survey, q))
         --p;
-    if (p < 0) return false;
-    const auto same = [](const LimitLine& x, const LimitLine& y) { return x == y; };
-    return std::ranges::equal(Lines(survey.QLimit.Column(p)), Lines(survey.QLimit.Column(q)), same);
+    return p >= 0 && std::ranges::equal(Lines(survey.QLimit.Column(p)), Lines(survey.QLimit.Column(q)));
 }
 
 QString TreePrefix(const Survey& survey, int q) {

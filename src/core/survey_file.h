@@ -8,6 +8,9 @@
 
 namespace quibra {
 
+class ByteReader;
+class ByteWriter;
+
 // What a caller expects a file to be.
 enum FileMode { kExpectSurvey = 1, kExpectPage = 2 };
 
@@ -21,6 +24,13 @@ enum FileCode {
     kPageFile = 2001,
     kLoadBaseFirst = 9001,
 };
+
+// Reads the head of the file of that path and talks with the user about what it is: the code to go on with, or 0 to
+// stop. `mode` is a FileMode; with kLoadBaseFirst `path` has been replaced. Of a page file the head includes the path
+// of its survey.
+int ReadFileHead(SurveySession& session, ByteReader& in, QString& path, int mode);
+// Writes the head of a kSurvey1003 or kPageFile. Any other code is answered with a message, and no magic is written.
+void WriteFileHead(ByteWriter& out, int code, UserInterface& ui);
 
 // Loads the survey at `path` into the session. Gives kLoaded, kNothing (the user was told why), kPageFile (a result
 // page, which the caller is to open) or kLoadBaseFirst (`path` now names the survey on which the page is based, which
@@ -37,8 +47,8 @@ class SampleSelection {
 };
 
 // Saves the survey at `path`; without a selection all samples in their order. True when the file was written whole; the
-// user has been told otherwise. Run-time error 53 leaves the function when a first save of that name breaks off, since
-// there is no older file to go back to.
+// user has been told otherwise. Run-time error 53 leaves the function when a first save of that name breaks off while
+// its bytes are written, since there is no older file to go back to.
 bool SurveySave(SurveySession& session, const QString& path, SampleSelection* selection = nullptr);
 
 }  // namespace quibra

@@ -1,0 +1,524 @@
+// The survey file: its bytes in all generations, what a load says to the user, and what damage does.
+#include "core/survey_file.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QTemporaryDir>
+#include <random>
+
+#include "core/answer_store.h"
+#include "core/binary_file.h"
+#include "core/survey_json.h"
+#include "core/survey_reader.h"
+#include "core/survey_writer.h"
+#include "support/scripted_interface.h"
+#include "support/survey_bytes.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+QString LoadFailure(const QString& errorText, const QString& path) {
+    return u"message 48 クイブラ: "_s + errorText + u"\\r\\n"_s + path +
+           u"\\r\\n** "
+           u"ファイル関係のエラーの場合、ディスク接続不良・破損、データ破損、またはデータがクイブラ用でない可能性があり"
+           u"ます。"
+           u"\\r\\n今まで扱っていたデータも破壊されているので保存はしないで下さい。 -> Ok"_s;
+}
+
+// The bytes of a page file whose survey lies at `base`.
+QByteArray PageBytes(const QString& base) {
+    QByteArray bytes;
+    ByteWriter out(bytes);
+    WriteMagic(out, kPageFile);
+    WriteDoubleLen(out, base);
+    out.Flush();
+    return bytes;
+}
+
+class SurveyFile : public testing::Test {
+  protected:
+    ScriptedInterface user;
+    SurveySession session{user, u"/nowhere"_s};
+    QTemporaryDir folder;
+
+    QString Put(const QString& name, QByteArrayView bytes) {
+        const QString path = folder.filePath(name);
+        WriteFileBytes(path, bytes);
+        return path;
+    }
+    int Load(QString path, int mode = kExpectSurvey) {
+        user.transcript.clear();
+        const int result = SurveyLoad(session, path, mode);
+        loadedPath = path;
+        EXPECT_EQ(user.OpenProgressWindows(), 0);
+        EXPECT_FALSE(user.IsBusy());
+        return result;
+    }
+    // True in the dead state, where nothing can be saved or shown.
+    bool IsDead() const {
+        return session.IsDead() && session.survey.LockLevel == 2 && !session.menu.mnuFileSaveAs &&
+               !session.menu.mnuStatis && session.menu.mnuKey;
+    }
+    QStringList Messages() const { return user.Lines(u"message"_s); }
+
+    QString loadedPath;
+};
+
+}  // namespace
+
+TEST_F(SurveyFile, AnyGenerationReadsAsTheSameSurveyAndIsWrittenAsTheCurrentOne) {
+    for (const QString& name : {u"small"_s, u"gss"_s}) {
+        const QByteArray current = TestData(name == u"small" ? u"small-1003.qb"_s : u"gss.qb"_s);
+        for (const QString& path : {TestDataPath(name == u"small" ? u"small-1003.qb"_s : u"gss.qb"_s),
+                                    TestDataPath(name + u"-1002.qb"_s), TestDataPath(name + u"-1001.qb"_s)}) {
+            ASSERT_EQ(Load(path), kLoaded) << qPrintable(path);
+            EXPECT_TRUE(WriteSurveyBytes(session.survey) == current) << qPrintable(path);
+        }
+    }
+}
+
+TEST_F(SurveyFile, FieldsOfTheFileAreThoseOfItsJson) {
+    QByteArray json = TestData(u"small.json"_s);
+    QBuffer buffer(&json);
+    buffer.open(QIODevice::ReadOnly);
+    Survey survey;
+    NewSurveyHead(survey, u"/"_s);
+    NewSurveyBody(survey);
+    ReadSurveyJson(buffer, survey);
+    EXPECT_TRUE(WriteSurveyBytes(survey) == TestData(u"small-1003.qb"_s));
+}
+
+TEST_F(SurveyFile, LoadLeavesASavedUnchangedSurveyUnderItsLock) {
+    const QString path = Put(u"a.qb"_s, TestData(u"small-1003.qb"_s));
+    session.ChangedOn();
+    ASSERT_EQ(Load(path), kLoaded);
+    EXPECT_FALSE(session.IsChanged());
+    EXPECT_EQ(session.survey.FileName, path);
+    EXPECT_EQ(session.survey.SavedSampleCount, 12);
+    EXPECT_TRUE(session.survey.SavedTime.isValid());
+    EXPECT_EQ(session.recentFiles, QStringList{path});
+    EXPECT_TRUE(session.menu.unlocked == false && session.menu.mnuInput && session.menu.mnuStatis);
+    EXPECT_EQ(user.transcript.mid(0, 4),
+              (QStringList{u"busy on"_s, u"progress open 読み込み中 | "_s + path + u" | 質問など"_s,
+                           u"progress ｱﾝｹｰﾄの質問・限定条件読み込み 0"_s, u"progress 回答 1/12 0.0833333"_s}));
+    EXPECT_EQ(user.transcript.mid(user.transcript.size() - 4),
+              (QStringList{u"progress 回答 12/12 1"_s, u"progress サンプルIDの並びをチェック 1"_s, u"progress close"_s,
+                           u"busy off"_s}));
+    EXPECT_EQ(session.survey.QuotaUsed, session.survey.Samples.IDno(11));
+
+    // A lock from the file holds: level 1 shows, level 2 does not even that.
+    for (const qint16 level : {qint16{1}, qint16{2}}) {
+        session.survey.LockLevel = level;
+        ASSERT_EQ(Load(Put(u"locked.qb"_s, WriteSurveyBytes(session.survey))), kLoaded);
+        EXPECT_EQ(session.survey.LockLevel, level);
+        EXPECT_FALSE(session.menu.mnuInput);
+        EXPECT_EQ(session.menu.mnuStatis, level == 1);
+        EXPECT_FALSE(session.IsDead());
+    }
+}
+
+TEST_F(SurveyFile, LargeFileReportsAHundredTimesAndIsSorted) {
+    ASSERT_EQ(Load(TestDataPath(u"gss.qb"_s)), kLoaded);
+    const qint32 count = session.survey.SampleCount();
+    const qint32 interval = count / 100 + 1;
+    QStringList expected;
+    for (qint32 step = interval; step < count; step += interval)
+        expected += u"progress 回答 %1/%2 %3"_s.arg(step).arg(count).arg(static_cast<double>(step) / count);
+    expected += u"progress 回答 %1/%1 1"_s.arg(count);
+    EXPECT_EQ(user.Lines(u"progress 回答"_s), expected);
+
+    Survey& survey = session.survey;
+    survey.Samples.Move(count - 1, 0);
+    survey.Samples.Move(10, 4000);
+    const QString path = Put(u"unsorted.qb"_s, WriteSurveyBytes(survey));
+    ASSERT_EQ(Load(path), kLoaded);
+    EXPECT_FALSE(user.Lines(u"progress ID並び替え"_s).isEmpty());
+    EXPECT_TRUE(WriteSurveyBytes(survey) == TestData(u"gss.qb"_s));
+}
+
+TEST_F(SurveyFile, HeadDecidesWithTheUserWhatTheFileIs) {
+    const QString survey = Put(u"s.qb"_s, TestData(u"small-1003.qb"_s));
+    const QString s1001 = Put(u"s1001.qb"_s, TestData(u"small-1001.qb"_s));
+    const QString s1002 = Put(u"s1002.qb"_s, TestData(u"small-1002.qb"_s));
+    const QString page = Put(u"p.qbp"_s, PageBytes(survey));
+    const QString otherPage = Put(u"other.qbp"_s, PageBytes(u"/基/b.qb"_s));
+    const QString unknown = Put(u"unknown.qb"_s, "\0\0\7\0unknown"_ba);
+
+    struct Case {
+        QString path;
+        int mode;
+        std::deque<Answer> answers;
+        int result;
+        QString message;
+    };
+    const auto check = [&](const Case& c) {
+        user.messageAnswers = c.answers;
+        EXPECT_EQ(Load(c.path, c.mode), c.result) << qPrintable(c.message);
+        EXPECT_EQ(Messages(), c.message.isEmpty() ? QStringList() : QStringList(c.message));
+        EXPECT_EQ(loadedPath, c.result != kLoadBaseFirst ? c.path : c.path == page ? survey : u"/基/b.qb"_s);
+    };
+    const QString thisFile = u": このファイル\\r\\n%1\\r\\n"_s;
+    const QString saved = u"保存すると95年9月版の形式のファイルになります。 -> Ok"_s;
+
+    // Nothing is loaded: a page wants its survey first.
+    for (const Answer answer : {Answer::Ok, Answer::Cancel})
+        check(
+            {page,
+             kExpectPage,
+             {answer},
+             answer == Answer::Ok ? kLoadBaseFirst : kNothing,
+             u"message 1 クイブラ: この集計結果データ\\r\\n%1\\r\\nを読み込む前に、基となるアンケートファイル\\r\\n%2\\r\\nを読み込みます。 -> %3"_s
+                 .arg(page, survey, answer == Answer::Ok ? u"Ok"_s : u"Cancel"_s)});
+
+    check({survey, kExpectSurvey, {}, kLoaded, {}});
+    check({s1001,
+           kExpectSurvey,
+           {},
+           kLoaded,
+           u"message 48 クイブラ"_s + thisFile.arg(s1001) + u"はクイブラ95年4,5月版の形式のファイルです。 "_s + saved});
+    check(
+        {s1002,
+         kExpectSurvey,
+         {},
+         kLoaded,
+         u"message 48 クイブラ"_s + thisFile.arg(s1002) + u"はクイブラ95年6,7,8月版の形式のファイルです。 "_s + saved});
+    check({survey,
+           kExpectPage,
+           {},
+           kNothing,
+           u"message 0 クイブラ"_s + thisFile.arg(survey) +
+               u"はアンケートファイルデータです。ここでは読み込めません。 -> Ok"_s});
+    check({s1001,
+           kExpectPage,
+           {},
+           kNothing,
+           u"message 0 クイブラ"_s + thisFile.arg(s1001) +
+               u"はアンケートファイルデータです。ここでは読み込めません。 -> Ok"_s});
+    check({survey, 3, {}, kLoaded, u"message 0 クイブラ: FileVersion個別処理エラー(2) -> Ok"_s});
+    check({unknown,
+           kExpectSurvey,
+           {},
+           kNothing,
+           u"message 48 クイブラ"_s + thisFile.arg(unknown) + u"はクイブラで扱えません。 -> Ok"_s});
+
+    // `survey` is loaded now.
+    EXPECT_EQ(session.survey.FileName, survey);
+    check({page, kExpectPage, {}, kPageFile, {}});
+    check({otherPage, 3, {}, kPageFile, {}});
+    for (const Answer answer : {Answer::Yes, Answer::No})
+        check({page,
+               kExpectSurvey,
+               {answer},
+               answer == Answer::Yes ? kPageFile : kNothing,
+               u"message 4 クイブラ"_s + thisFile.arg(page) + u"は集計結果データです。読み込みますか？ -> "_s +
+                   (answer == Answer::Yes ? u"Yes"_s : u"No"_s)});
+    const std::pair<Answer, int> results[] = {
+        {Answer::Yes, kLoadBaseFirst}, {Answer::No, kPageFile}, {Answer::Cancel, kNothing}};
+    const QString names[] = {u"Yes"_s, u"No"_s, u"Cancel"_s};
+    for (int i = 0; i < 3; ++i) {
+        const auto [answer, result] = results[i];
+        check({otherPage,
+               kExpectSurvey,
+               {answer},
+               result,
+               u"message 3 クイブラ"_s + thisFile.arg(otherPage) +
+                   u"は集計結果データです。基となるアンケートファイル\\r\\n/基/b.qb\\r\\nを先に読み込みますか。 -> "_s +
+                   names[i]});
+        check(
+            {otherPage,
+             kExpectPage,
+             {answer},
+             result,
+             u"message 3 クイブラ: この集計結果データ\\r\\n%1\\r\\nは、基となるアンケートファイルが\\r\\n/基/b.qb\\r\\nです。アンケートファイルを先に読み込みますか。 -> "_s
+                     .arg(otherPage) +
+                 names[i]});
+    }
+    EXPECT_FALSE(session.IsDead()) << "a refused file harmed the survey in memory";
+}
+
+TEST_F(SurveyFile, WithoutAWholeMagicItIsNoFileOfOurs) {
+    const QByteArray whole = TestData(u"small-1003.qb"_s);
+    const QByteArray page = PageBytes(u"/b.qb"_s);
+    const auto refused = [&](const QString& path) {
+        EXPECT_EQ(Load(path), kNothing);
+        EXPECT_EQ(user.transcript, QStringList{u"message 48 クイブラ: このファイル\\r\\n"_s + path +
+                                               u"\\r\\nはクイブラで扱えません。 -> Ok"_s});
+    };
+    for (int length = 0; length < 4 + 33; ++length)
+        refused(Put(u"cut.qb"_s, whole.first(length)));
+    for (const int length : {0, -1, 1024})
+        refused(Put(u"length.qb"_s, QByteArray("\0\0", 2) + QByteArray(1, static_cast<char>(length)) +
+                                        QByteArray(1, static_cast<char>(length >> 8)) + whole.mid(4)));
+
+    const QString missing = folder.filePath(u"missing.qb"_s);
+    for (const QString& path : {missing, folder.path(), QString()}) {
+        EXPECT_EQ(Load(path), kNothing);
+        EXPECT_EQ(user.transcript, QStringList{u"message 16 クイブラ: "_s + path + u"が見つかりません -> Ok"_s});
+    }
+
+    QByteArray head;
+    ByteWriter out(head);
+    WriteFileHead(out, kSurvey1002, user);
+    out.Flush();
+    EXPECT_EQ(head, QByteArray("\0\0", 2));
+    EXPECT_EQ(user.transcript.last(), u"message 0 クイブラ: ファイルの形式が正しく書き込めませんでした -> Ok"_s);
+}
+
+TEST_F(SurveyFile, StopWhileLoadingLeavesTheDeadState) {
+    const QString path = Put(u"a.qb"_s, TestData(u"small-1003.qb"_s));
+    const QString question =
+        u"message 305 クイブラ: 中止するとクイブラ内部のアンケートデータが壊れて保存出来なくなります。 -> "_s;
+    for (int step = 1; step <= 14; ++step) {
+        user.stopAtProgress = step;
+        user.messageAnswers = {Answer::Ok};
+        EXPECT_EQ(Load(path), kNothing) << step;
+        EXPECT_EQ(Messages(), QStringList{question + u"Ok"_s}) << step;
+        EXPECT_TRUE(IsDead()) << step;
+        EXPECT_EQ(session.survey.SampleCount(), 12) << step;
+    }
+    EXPECT_TRUE(session.recentFiles.isEmpty());
+
+    // Stopped in front of the third sample: two are there.
+    user.stopAtProgress = 4;
+    user.messageAnswers = {Answer::Cancel, Answer::Ok};
+    user.stopAtProgress = 3;
+    EXPECT_EQ(Load(path), kNothing);
+    EXPECT_EQ(Messages(), (QStringList{question + u"Cancel"_s, question + u"Ok"_s}));
+    EXPECT_NE(session.survey.Samples.IDno(1), 0);
+    EXPECT_EQ(session.survey.Samples.IDno(3), 0);
+}
+
+TEST_F(SurveyFile, OptionalFieldsBehindTheSamplesMayBeAbsent) {
+    Survey survey;
+    ASSERT_TRUE(ReadSurveyBytes(TestData(u"small-1003.qb"_s), survey));
+    survey.ExternDLL = u"lib"_s;
+    survey.DistName = u"dist"_s;
+    survey.EssayFull = -1;
+    survey.LineStart.Fill(384);
+    survey.LineStart[0] = 128;
+    survey.LineStart[1] = 256;
+    survey.LineFlag[1] = true;
+    const QByteArray whole = WriteSurveyBytes(survey);
+    const int externBytes = 4 + 3;
+    const int flagBytes = 3 * 2;
+    const int countedBytes = 2 + 4 + 4 + 2 + 2;
+
+    const auto load = [&](const QByteArray& bytes) { return Load(Put(u"a.qb"_s, bytes)); };
+    ASSERT_EQ(load(whole), kLoaded);
+    EXPECT_EQ(session.survey.ExternDLL, u"lib"_s);
+    EXPECT_FALSE(session.survey.LineFlag[0]);
+    EXPECT_TRUE(session.survey.LineFlag[1]);
+    ASSERT_EQ(load(whole.chopped(externBytes)), kLoaded);
+    EXPECT_EQ(session.survey.ExternDLL, QString());
+    EXPECT_TRUE(session.survey.LineFlag[1]);
+    ASSERT_EQ(load(whole.chopped(externBytes + flagBytes)), kLoaded);
+    EXPECT_FALSE(session.survey.LineFlag[1]);
+    EXPECT_EQ(session.survey.EssayFull, -1);
+    const QByteArray samplesOnly = whole.chopped(externBytes + flagBytes + countedBytes);
+    ASSERT_EQ(load(samplesOnly), kLoaded);
+    EXPECT_EQ(session.survey.DistName, u"newfile"_s);
+    EXPECT_EQ(session.survey.EssayFull, 0);
+
+    // One field only, and flags of which the first and third are neither on nor off.
+    ASSERT_EQ(load(samplesOnly + QByteArray("\1\0\2\0\2\0xy\7\0\1\0\3\0\1\0\0\0", 18)), kLoaded);
+    EXPECT_EQ(session.survey.DistName, u"xy"_s);
+    EXPECT_EQ(session.survey.DistQno, 0);
+    EXPECT_FALSE(session.survey.LineFlag[0]);
+    EXPECT_TRUE(session.survey.LineFlag[1]);
+    EXPECT_FALSE(session.survey.LineFlag[2]);
+    EXPECT_TRUE(session.survey.LineFlag[3]);
+}
+
+TEST_F(SurveyFile, NewSurveyIsWrittenAsTheFormatTells) {
+    session.NewSurvey();
+    const QByteArray bytes = WriteSurveyBytes(session.survey);
+    QByteArray expected("\0\0\x21\0", 4);
+    for (const char c : "9.59 ecniS elifataD arbiuQ romleV"_ba)
+        expected += static_cast<char>(~c);
+    const auto text = [](const QByteArray& t) {
+        const QByteArray length =
+            QByteArray(1, static_cast<char>(t.size())) + QByteArray(1, static_cast<char>(t.size() >> 8));
+        return length + length + t;
+    };
+    expected += text("\x90\x56\x8b\x4b\x83\x41\x83\x93\x83\x50\x81\x5b\x83\x67"_ba);
+    expected +=
+        QByteArray(2, 0) + QByteArray(2, 0) + text("\x81\x96\x81\x96\x81\x96\x81\x96"_ba) + QByteArray("\1\0", 2);
+    const QByteArray question =
+        "\x8e\xbf\x96\xe2"
+        "1\r\x8e\xbf\x96\xe2\x95\xb6\x82\xcd\x82\xb1\x82\xb1\x82\xc5\x8f\x91\x82\xab\x8d\x9e\x82\xf1"
+        "\x82\xc5\x82\xa2\x82\xad\xa5\xa5\xa5\r"_ba;
+    expected += text(question + QByteArray(128 - 22, ' ')) + QByteArray(4, 0) + QByteArray("\1\0\0\0\2\0", 6);
+    expected +=
+        text("\x91\x49\x91\xf0\x8e\x88\x82\xcd\x82\xb1\x82\xb1\x82\xc5\xa5\xa5\xa5\r0\r0"_ba) + QByteArray(2, 0);
+    expected += QByteArray("\x0f\0", 2) + QByteArray(64, 0) + QByteArray(4, 0) + QByteArray("\x0f\0", 2);
+    expected +=
+        QByteArray(4, 0) + QByteArray("\3\0", 2) + text("newfile"_ba) + QByteArray(4, 0) + QByteArray(2, 0) + text({});
+    EXPECT_EQ(bytes.toHex(), expected.toHex());
+}
+
+TEST_F(SurveyFile, PasswordIsSquares) {
+    QByteArray bytes;
+    ByteWriter out(bytes);
+    WriteSquareStr(out, u"aｱ"_s);
+    out.Flush();
+    EXPECT_EQ(bytes, QByteArray("\2\0\x61\xfa\xc1\xa4", 6));  // 177 squared - 32768, 97 squared - 32768
+    ByteReader in(bytes);
+    EXPECT_EQ(ReadSquareStr(in), u"aｱ"_s);
+    EXPECT_THROW(WriteSquareStr(out, u"あ"_s), RuntimeError);
+
+    const QByteArray many("\xe9\x03zz", 4);  // 1001
+    ByteReader tooMany(many);
+    EXPECT_EQ(ReadSquareStr(tooMany), QString());
+    EXPECT_EQ(tooMany.Remaining(), 2);
+}
+
+TEST_F(SurveyFile, TextsBelongToAnswersInEachGeneration) {
+    Survey survey;
+    NewSurveyHead(survey, u"/"_s);
+    NewSurveyBody(survey);
+    survey.Questions[0].Anum = 3;
+    survey.Questions[0].ChoiceCount = 4;
+    survey.Choices(2, 0).Status = 1 << kEssay;
+    survey.Choices(3, 0).Status = 1 << kEssay;
+    RecalcLayout(survey);
+    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
+    survey.Samples.Allocate(1);
+    const qint16 answers[] = {1, 3, 2};
+    SetAnswers(survey, 0, 0, 3, answers);
+    survey.Samples.SetEssay(0, 0, u"zero"_s);
+    survey.Samples.SetEssay(0, 1, u"one"_s);
+    const QByteArray current = WriteSurveyBytes(survey);
+    const QByteArray tail = current.mid(current.lastIndexOf("one") + 3);
+    const QByteArray head = current.first(current.indexOf("zero") - 8);
+    const auto slotsOf = [&](const char* magic, const QByteArray& essays) {
+        QByteArray bytes = head + essays + tail;
+        for (int i = 0; i < 33; ++i)
+            bytes[4 + i] = static_cast<char>(~magic[32 - i]);
+        Survey read;
+        EXPECT_TRUE(ReadSurveyBytes(bytes, read));
+        QStringList texts;
+        for (int slot = 0; slot < 3; ++slot)
+            texts += read.Samples.Essay(0, slot);
+        return texts;
+    };
+    const char* const now = "Velmor Quibra Datafile Since 95.9";
+    const char* const older = "Velmor Quibra Datafile Since 95.6";
+    const QByteArray two("\2\0\0\0\4\0\4\0zero\1\0\3\0\3\0one", 23);
+    EXPECT_EQ(slotsOf(now, two), (QStringList{u"zero"_s, u"one"_s, u""_s}));
+    // Choices 3 and 2 bear the texts: they are the question's first and second.
+    EXPECT_EQ(slotsOf(older, two), (QStringList{u""_s, u"zero"_s, u"one"_s}));
+    // Beyond the text-bearing answers a slot stays where it is, unless an answer's own text comes there.
+    EXPECT_EQ(slotsOf(older, QByteArray("\1\0\2\0\1\0\1\0x", 9)), (QStringList{u""_s, u""_s, u"x"_s}));
+    EXPECT_EQ(slotsOf(older, QByteArray("\2\0\1\0\1\0\1\0a\2\0\1\0\1\0x", 16)), (QStringList{u""_s, u""_s, u"a"_s}));
+    // The slot behind the last is a spare; nothing lies beyond it.
+    EXPECT_EQ(slotsOf(now, QByteArray("\1\0\3\0\1\0\1\0x", 9)), (QStringList{u""_s, u""_s, u""_s}));
+    for (const char slot : {'\4', '\377'}) {
+        const QByteArray essay = QByteArray("\1\0", 2) + slot + (slot < 0 ? '\377' : '\0') + QByteArray("\1\0\1\0x", 5);
+        for (const char* magic : {now, older})
+            EXPECT_THROW(slotsOf(magic, essay), RuntimeError);
+    }
+}
+
+TEST_F(SurveyFile, NumbersBeyondTheArraysAreRefusedWithTheDeadState) {
+    // Offsets of numbers in the file of a new survey.
+    session.NewSurvey();
+    const QByteArray bytes = WriteSurveyBytes(session.survey);
+    const int questionCountAt = 4 + 33 + 18 + 2 + 2 + 12;
+    const int textAt = questionCountAt + 2;
+    const int limitAt = textAt + 4 + (bytes[textAt] & 255) + ((bytes[textAt + 1] & 255) << 8);
+    const int sampleCountAt = static_cast<int>(bytes.size()) - 4 - (2 + 11 + 4 + 2 + 4);
+    ASSERT_EQ(bytes[questionCountAt], 1);
+    ASSERT_EQ(bytes[limitAt + 4], 1);
+
+    const auto load = [&](int at, QByteArrayView value, bool insert = false) {
+        QByteArray damaged = bytes;
+        damaged.replace(at, insert ? 0 : value.size(), value.toByteArray());
+        return Load(Put(u"a.qb"_s, damaged));
+    };
+    const auto refused = [&](RuntimeErrorNumber number, int at, QByteArrayView value, bool insert = false) {
+        session.NewSurvey();
+        EXPECT_EQ(load(at, value, insert), kNothing);
+        EXPECT_EQ(Messages(), QStringList{LoadFailure(RuntimeError(number).Text(), folder.filePath(u"a.qb"_s))});
+        EXPECT_EQ(user.transcript.last(), u"busy off"_s);
+        EXPECT_TRUE(IsDead());
+    };
+    QByteArray lines;
+    for (int i = 0; i < 15; ++i)
+        lines += QByteArray("\1\0\0\0", 4);
+    EXPECT_EQ(load(limitAt, lines.first(14 * 4), true), kLoaded);
+    refused(kErrorSubscript, limitAt, lines, true);
+    refused(kErrorSubscript, questionCountAt, QByteArray("\xff\xff", 2));
+    refused(kErrorSubscript, questionCountAt, QByteArray("\x01\x01", 2));
+    refused(kErrorSubscript, limitAt + 4, QByteArray("\xff\xff", 2));  // Anum
+    refused(kErrorInvalidCall, limitAt + 8, QByteArray("\0\0", 2));    // ChoiceCount
+    refused(kErrorPastEnd, sampleCountAt, QByteArray("\xff\xff\xff\x7f", 4));
+    EXPECT_EQ(load(sampleCountAt, QByteArray("\xff\xff\xff\xff", 4)), kLoaded);
+    EXPECT_EQ(session.survey.SampleCount(), 0);
+    EXPECT_EQ(load(questionCountAt, QByteArray("\0\0", 2)), kNothing);
+
+    QByteArray starts;
+    for (int i = 0; i < 257; ++i)
+        starts += QByteArray(1, static_cast<char>(i)) + QByteArray(1, static_cast<char>((i >> 8) + 1));
+    const int lineStartAt = sampleCountAt - 2 - 4;
+    refused(kErrorSubscript, lineStartAt, starts, true);
+    starts.chop(2);
+    starts += starts.last(2);
+    EXPECT_EQ(load(lineStartAt, starts, true), kLoaded);
+    EXPECT_EQ(session.survey.LineStart[256], session.survey.LineStart[255]);
+}
+
+TEST_F(SurveyFile, CutAnywhereIsRefusedOrLoaded) {
+    for (const QString& name : {u"small-1001.qb"_s, u"small-1002.qb"_s, u"small-1003.qb"_s, u"gss.qb"_s}) {
+        const QByteArray whole = TestData(name);
+        const int step = whole.size() > 10000 ? 1601 : 1;
+        const QString path = folder.filePath(u"cut.qb"_s);
+        int loaded = 0;
+        for (qsizetype length = 4 + 35; length < whole.size(); length += step) {
+            WriteFileBytes(path, whole.first(length));
+            if (Load(path) == kLoaded) {
+                ++loaded;
+                EXPECT_GT(length, whole.size() - 40) << qPrintable(name) << length;
+            } else {
+                EXPECT_EQ(Messages().last(), LoadFailure(RuntimeError(kErrorPastEnd).Text(), path)) << length;
+                EXPECT_TRUE(IsDead());
+            }
+            EXPECT_EQ(RoundTripFault(whole.first(length)), QString()) << length;
+        }
+        // Behind the samples, behind the three counted fields and behind the line flags.
+        if (step == 1) {
+            EXPECT_EQ(loaded, 3) << qPrintable(name);
+        }
+    }
+}
+
+TEST_F(SurveyFile, DamagedBytesAreRefusedOrASurveyForEver) {
+    std::mt19937 random(20251);
+    for (const QString& name : {u"small-1001.qb"_s, u"small-1002.qb"_s, u"small-1003.qb"_s}) {
+        const QByteArray whole = TestData(name);
+        for (int round = 0; round < 1500; ++round) {
+            QByteArray damaged = whole;
+            const int hits = 1 + static_cast<int>(random() % 4);
+            for (int hit = 0; hit < hits; ++hit) {
+                const auto at = static_cast<qsizetype>(39 + random() % (whole.size() - 39));
+                const char small[] = {0, 1, -1, 127, -128};
+                damaged[at] = random() % 2 ? static_cast<char>(random()) : small[random() % 5];
+            }
+            ASSERT_EQ(RoundTripFault(damaged), QString()) << qPrintable(name) << " round " << round;
+        }
+    }
+}
+
+TEST_F(SurveyFile, KeptFindingsOfTheFuzzerHold) {
+    const QDir corpus(QStringLiteral(QUIBRA_SOURCE_DIR) + u"/fuzz/corpus/survey"_s);
+    const QStringList names = corpus.entryList(QDir::Files);
+    ASSERT_FALSE(names.isEmpty());
+    for (const QString& name : names)
+        EXPECT_EQ(RoundTripFault(FileBytes(corpus.filePath(name))), QString()) << qPrintable(name);
+}
+
+}  // namespace quibra

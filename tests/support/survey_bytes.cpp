@@ -1,0 +1,80 @@
+#include "support/survey_bytes.h"
+
+#include <QFile>
+
+#include "core/answer_store.h"
+#include "core/survey_file.h"
+#include "core/survey_reader.h"
+#include "core/survey_writer.h"
+#include "support/scripted_interface.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+bool ReadSurveyBytes(QByteArrayView bytes, Survey& survey) {
+    ByteReader in(bytes);
+    const int code = ReadMagic(in);
+    if (code < kSurvey1001 || code > kSurvey1003) return false;
+    NewSurveyHead(survey, u"/"_s);
+    NewSurveyBody(survey);
+    SurveyReader reader(in, code, survey);
+    reader.ReadTitleAndPassword();
+    reader.ReadLockLevelAndEditor();
+    reader.ReadDefinition();
+    reader.ReadSamples([](const QString&, double) { return true; });
+    ScriptedInterface user;
+    SortSamples(survey, user);
+    RecalcQuotaUsed(survey);
+    reader.ReadTail();
+    return true;
+}
+
+QByteArray WriteSurveyBytes(const Survey& survey) {
+    QByteArray bytes;
+    ByteWriter out(bytes);
+    WriteMagic(out, kSurvey1003);
+    WriteSurvey(out, survey, nullptr, [](const QString&, double) { return true; });
+    out.Flush();
+    return bytes;
+}
+
+QString RoundTripFault(QByteArrayView bytes) {
+    Survey survey;
+    QByteArray written;
+    try {
+        if (!ReadSurveyBytes(bytes, survey)) return QString();
+        written = WriteSurveyBytes(survey);
+    } catch (const RuntimeError&) {
+        return QString();
+    }
+    try {
+        if (!ReadSurveyBytes(written, survey)) return u"what was written is no survey"_s;
+        if (WriteSurveyBytes(survey) != written) return u"what was written reads as another survey"_s;
+    } catch (const RuntimeError& error) {
+        return u"what was written is refused: "_s + error.Text();
+    }
+    return QString();
+}
+
+QString TestDataPath(const QString& name) {
+    return QStringLiteral(QUIBRA_SOURCE_DIR) + u"/tests/data/"_s + name;
+}
+
+QByteArray TestData(const QString& name) {
+    return FileBytes(TestDataPath(name));
+}
+
+QByteArray FileBytes(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) qFatal("%s cannot be read", qPrintable(path));
+    return file.readAll();
+}
+
+void WriteFileBytes(const QString& path, QByteArrayView bytes) {
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes.data(), bytes.size()) != bytes.size())
+        qFatal("%s cannot be written", qPrintable(path));
+}
+
+}  // namespace quibra

@@ -1,0 +1,24 @@
+// Surveys as bytes in memory: what tests, the fuzz target and damaged files need without a file on the disk.
+#pragma once
+
+#include <QByteArray>
+
+#include "core/survey.h"
+
+namespace quibra {
+
+// Reads a survey of any generation; false when the bytes do not begin as one. RuntimeError as the reader gives it.
+bool ReadSurveyBytes(QByteArrayView bytes, Survey& survey);
+QByteArray WriteSurveyBytes(const Survey& survey);
+
+// What must hold for any bytes: they are refused, or they are a survey which, once written, reads and writes the same
+// for ever. An empty text when it holds, else what does not.
+QString RoundTripFault(QByteArrayView bytes);
+
+// A file of tests/data.
+QByteArray TestData(const QString& name);
+QString TestDataPath(const QString& name);
+QByteArray FileBytes(const QString& path);
+void WriteFileBytes(const QString& path, QByteArrayView bytes);
+
+}  // namespace quibra
