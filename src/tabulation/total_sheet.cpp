@@ -111,7 +111,6 @@ void TotalSheet::RunTable() {
     if (!chkTotaled) PlanRows();
     LayoutColumns();
     std::optional<TableCounter> counter;
-    if (!chkTotaled && !option.Rough) counter.emplace(survey_, option);
     LimitList work(LimitList::kMaxBound);
     int pos;
     for (int L = 0; L < option.LimitCount; ++L) {
@@ -122,7 +121,10 @@ void TotalSheet::RunTable() {
         // A cancelled total goes on to the next limit, where the first question's walk ends at once.
         for (int q = option.FromQno; q <= option.ToQno; ++q) {
             monitor_.ShowPass(q, option.ToQno, L, option.LimitCount);
-            if (!chkTotaled) CountQuestion(counter ? &*counter : nullptr, q, L);
+            if (!chkTotaled) {
+                if (!option.Rough && !counter) counter.emplace(survey_, option);
+                CountQuestion(counter ? &*counter : nullptr, q, L);
+            }
             if (!chkTotaled || view.sort != chkSorted) OrderRows(q, L);
             monitor_.LetEventsRun();
             if (monitor_.Cancelled()) break;
