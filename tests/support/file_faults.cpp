@@ -46,11 +46,11 @@ Function* Next(const char* name) {
 }  // namespace
 
 void ArmFileFault(FaultKind kind, int call, int error) {
-    fault = {.armed = true, .kind = kind, .callsLeft = call, .error = error};
+    fault = {.armed = true, .kind = kind, .callsLeft = call, .error = error, .calls = {}};
 }
 
 void ArmRenameFault(int rename, int error) {
-    fault = {.armed = true, .renamesOnly = true, .callsLeft = rename, .error = error};
+    fault = {.armed = true, .renamesOnly = true, .callsLeft = rename, .error = error, .calls = {}};
 }
 
 void DisarmFileFault() {
