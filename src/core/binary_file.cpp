@@ -89,7 +89,11 @@ BinaryFile BinaryFile::Create(const QString& path, std::optional<unsigned> permi
     RemoveFile(path);
     const QByteArray name = NativePath(path);
     const unsigned mode = permissions.value_or(kNewFilePermissions);
-    BinaryFile file(Checked([&] { return open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); }));
+    const int descriptor = open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    // A new file misses nothing but its folder.
+    if (descriptor < 0 && errno == ENOENT) throw RuntimeError(kErrorPathNotFound);
+    if (descriptor < 0) ThrowErrno();
+    BinaryFile file(descriptor);
     // Given permissions are those of an older version of the file: the umask has no part in them. A file system that
     // knows no permissions may refuse.
     if (permissions && fchmod(file.descriptor_, mode) != 0 && errno != EPERM) ThrowErrno();
