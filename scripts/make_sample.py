@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Answers the questionnaire of data/samples/residents.json in the name of 2,000 invented residents and prints the whole
-survey as JSON, the same bytes every time. From the project's folder:
+"""Answers the questionnaire of data/samples/residents.json in the name of 2,000 invented residents and prints the
+whole survey as JSON, the same bytes every time. From the project's folder:
 
     scripts/make_sample.py > residents_full.json
     build/release/bin/quibra-cli build residents_full.json data/samples/residents.qb
@@ -247,15 +247,33 @@ class Resident:
         else:
             weights = {"自営業・自由業": 10, "パート・アルバイト": 8, "専業主婦・主夫": 24 if women else 1, "無職": 60, "その他": 4}
         self.job = self.tell_one("職業", weights, JOBS_OTHER)
-        self.tell_one("学校", {"高校・高専": 90, "専門学校": 5, "大学・大学院": 5} if self.decade == 1 else {"専門学校": 20, "大学・大学院": 78, "その他": 2},
-                      ["通信制高校", "職業訓練校"])
-        place = self.tell_one("通勤通学先", {"市内": 46, "隣の市町村": 22, "県内のその他": 20, "県外": 7, "自宅": 12 if self.job == "自営業・自由業" else 3})
+        self.tell_one(
+            "学校",
+            {
+                "高校・高専": 90, "専門学校": 5, "大学・大学院": 5} if self.decade == 1 else {"専門学校": 20, "大学・大学院": 78,
+                "その他": 2,
+            },
+            ["通信制高校", "職業訓練校"],
+        )
+        place = self.tell_one(
+            "通勤通学先",
+            {
+                "市内": 46, "隣の市町村": 22, "県内のその他": 20, "県外": 7, "自宅": 12 if self.job == "自営業・自由業" else 3,
+            },
+        )
         rail = {"市内": 0.06, "隣の市町村": 0.35, "県内のその他": 0.55, "県外": 0.85}.get(place, 0)
         if self.job == "学生":
             rail = min(0.9, rail + 0.3)
         car = 0 if self.decade == 1 else (0.75 - rail * 0.6) * (0.7 + 0.4 * self.far)
-        self.tell_several("通勤通学手段", {"徒歩": 0.25, "自転車": 0.28 - 0.15 * self.far, "バイク": 0.04, "路線バス": 0.12, "電車": rail, "自家用車": car, "その他": 0.015}, 3,
-                          TRAVEL_OTHER)
+        self.tell_several(
+            "通勤通学手段",
+            {
+                "徒歩": 0.25, "自転車": 0.28 - 0.15 * self.far, "バイク": 0.04, "路線バス": 0.12, "電車": rail,
+                "自家用車": car, "その他": 0.015,
+            },
+            3,
+            TRAVEL_OTHER,
+        )
         minutes = {"市内": 15, "隣の市町村": 32, "県内のその他": 52, "県外": 80}.get(place, 10) + 12 * self.far
         rounded = round(number(minutes, 3, 180) / 5) * 5
         self.tell("通勤通学時間", ("分", str(max(3, rounded))))
@@ -268,7 +286,13 @@ class Resident:
         own = 0.3 + 0.06 * self.decade + 0.25 * self.far
         self.home = self.tell_one(
             "住まい",
-            {"持ち家（一戸建て）": own, "持ち家（マンション）": 0.25 * (1 - self.far), "賃貸": 0.9 - 0.09 * self.decade, "社宅・寮": 0.05, "その他": 0.012},
+            {
+                "持ち家（一戸建て）": own,
+                "持ち家（マンション）": 0.25 * (1 - self.far),
+                "賃貸": 0.9 - 0.09 * self.decade,
+                "社宅・寮": 0.05,
+                "その他": 0.012,
+            },
             HOME_OTHER,
         )
 
@@ -295,25 +319,64 @@ class Resident:
         care = self.tell_one("保育", {"保育所・こども園": 58, "幼稚園": 18, "入所を待っている": 7, "家庭": 17})
         if care == "入所を待っている":
             self.tell("待機月数", ("か月", str(number(7, 1, 30))))
-        self.tell_several("子育ての悩み", {"費用": 0.5, "預け先": 0.25, "病気のときの対応": 0.35, "遊び場": 0.24, "相談相手": 0.1, "学校・学力": 0.3, "その他": 0.06}, 3,
-                          CARE_OTHER, "特にない")
+        self.tell_several(
+            "子育ての悩み",
+            {
+                "費用": 0.5, "預け先": 0.25, "病気のときの対応": 0.35, "遊び場": 0.24, "相談相手": 0.1, "学校・学力": 0.3,
+                "その他": 0.06,
+            },
+            3,
+            CARE_OTHER,
+            "特にない",
+        )
 
     def answer_town_life(self):
         self.mood = 2.3 + 0.9 * self.far - 0.05 * self.decade + (uniform() - 0.5) * 1.6
         comfort = max(0, min(4, round(self.mood - 1.1 + (uniform() + uniform() - 1) * 1.6)))
         self.tell("住みやすさ", ["住みやすい", "どちらかといえば住みやすい", "どちらともいえない", "どちらかといえば住みにくい", "住みにくい"][comfort])
         rooted = self.home.startswith("持ち家")
-        self.tell_one("定住意向", {"今の所に住み続けたい": (6 if rooted else 2.5) + self.decade * 0.4, "市内の別の所に移りたい": 1, "市外に移りたい": 0.25 + 0.5 * comfort, "わからない": 1.2})
-        self.tell_several("転出理由", {"交通が不便": 0.25 + 0.4 * self.far, "買い物が不便": 0.2 + 0.3 * self.far, "医療に不安": 0.08 + 0.03 * self.decade,
-                                     "仕事の都合": 0.35 if self.decade < 6 else 0.05, "家族の都合": 0.2, "災害が心配": 0.12, "家賃・地価": 0.12, "その他": 0.06}, 3,
-                          MOVE_OTHER)
+        self.tell_one(
+            "定住意向",
+            {
+                "今の所に住み続けたい": (6 if rooted else 2.5) + self.decade * 0.4, "市内の別の所に移りたい": 1,
+                "市外に移りたい": 0.25 + 0.5 * comfort, "わからない": 1.2,
+            },
+        )
+        self.tell_several(
+            "転出理由",
+            {
+                "交通が不便": 0.25 + 0.4 * self.far, "買い物が不便": 0.2 + 0.3 * self.far,
+                "医療に不安": 0.08 + 0.03 * self.decade, "仕事の都合": 0.35 if self.decade < 6 else 0.05,
+                "家族の都合": 0.2, "災害が心配": 0.12, "家賃・地価": 0.12, "その他": 0.06,
+            },
+            3,
+            MOVE_OTHER,
+        )
         old, child = self.decade >= 7, any(m in self.family for m in ("未就学の子", "小・中学生の子"))
-        self.tell_several("施設", {"中央図書館": 0.42 - 0.2 * self.far, "分館図書室": 0.08 + 0.14 * self.far, "公民館": 0.16 + 0.03 * self.decade, "文化会館": 0.2,
-                                  "総合体育館": 0.22 - 0.02 * self.decade, "市民プール": 0.28 if child else 0.06, "運動公園": 0.3, "児童館": 0.4 if child else 0.01,
-                                  "老人福祉センター": 0.22 if old else 0.005, "市民農園": 0.05, "リサイクルプラザ": 0.18, "市役所の支所": 0.3 + 0.2 * self.far}, 6, [], "使っていない")
+        self.tell_several(
+            "施設",
+            {
+                "中央図書館": 0.42 - 0.2 * self.far, "分館図書室": 0.08 + 0.14 * self.far,
+                "公民館": 0.16 + 0.03 * self.decade, "文化会館": 0.2, "総合体育館": 0.22 - 0.02 * self.decade,
+                "市民プール": 0.28 if child else 0.06, "運動公園": 0.3, "児童館": 0.4 if child else 0.01,
+                "老人福祉センター": 0.22 if old else 0.005, "市民農園": 0.05, "リサイクルプラザ": 0.18,
+                "市役所の支所": 0.3 + 0.2 * self.far,
+            },
+            6,
+            [],
+            "使っていない",
+        )
         self.tell_one("図書館の頻度", {"週1回以上": 14, "月2、3回": 30, "月1回くらい": 26, "年に数回": 30})
-        self.tell_several("図書館への要望", {"開館時間の延長": 0.38 if self.decade < 7 else 0.1, "蔵書": 0.4, "自習席": 0.6 if self.job == "学生" else 0.08, "駐車場": 0.25, "電子図書": 0.18, "その他": 0.05}, 3,
-                          LIBRARY_OTHER, "特にない")
+        self.tell_several(
+            "図書館への要望",
+            {
+                "開館時間の延長": 0.38 if self.decade < 7 else 0.1, "蔵書": 0.4,
+                "自習席": 0.6 if self.job == "学生" else 0.08, "駐車場": 0.25, "電子図書": 0.18, "その他": 0.05,
+            },
+            3,
+            LIBRARY_OTHER,
+            "特にない",
+        )
         self.tell("交通の満足度", satisfaction(2.5 + 1.6 * self.far + 0.2 * (self.mood - 2.5)))
         self.tell("医療の満足度", satisfaction(2.7 + 0.7 * self.far + 0.25 * (self.mood - 2.5)))
         self.tell("買い物の満足度", satisfaction(2.1 + 1.5 * self.far + 0.25 * (self.mood - 2.5)))
@@ -323,8 +386,19 @@ class Resident:
     def answer_policy(self):
         child = any(m in self.family for m in ("未就学の子", "小・中学生の子"))
         weights = {
-            "子育て支援": 14 if child else 4, "高齢者福祉": 2 + 1.6 * self.decade, "医療": 5 + 0.8 * self.decade, "防災": 9, "防犯": 4, "道路": 4,
-            "公共交通": 3 + 9 * self.far, "商業の振興": 3, "農業の振興": 1 + 2 * self.far, "学校教育": 8 if child else 2, "環境・ごみ": 4, "行財政改革": 2.5, "その他": 0.5,
+            "子育て支援": 14 if child else 4,
+            "高齢者福祉": 2 + 1.6 * self.decade,
+            "医療": 5 + 0.8 * self.decade,
+            "防災": 9,
+            "防犯": 4,
+            "道路": 4,
+            "公共交通": 3 + 9 * self.far,
+            "商業の振興": 3,
+            "農業の振興": 1 + 2 * self.far,
+            "学校教育": 8 if child else 2,
+            "環境・ごみ": 4,
+            "行財政改革": 2.5,
+            "その他": 0.5,
         }
         ranked = []
         while len(ranked) < 3 and not (ranked and chance(0.06)):
@@ -333,16 +407,49 @@ class Resident:
             ranked.append((item, pick(PRIORITY_OTHER)) if item == "その他" else item)
         self.tell("優先施策", *ranked)
         care = 0.4 + 0.05 * self.decade
-        self.tell_several("備え", {"飲料水・食料": care, "懐中電灯・ラジオ": care, "家具の固定": 0.22, "避難場所の確認": 0.4, "家族の連絡方法": 0.28 if self.size > 1 else 0.05, "防災訓練への参加": 0.04 + 0.03 * self.decade, "その他": 0.03}, 6,
-                          READY_OTHER, "何もしていない")
-        self.tell_one("避難場所", {"5分以内": 30 - 15 * self.far, "10分以内": 40, "20分以内": 18 + 10 * self.far, "20分より長い": 3 + 12 * self.far})
+        self.tell_several(
+            "備え",
+            {
+                "飲料水・食料": care, "懐中電灯・ラジオ": care, "家具の固定": 0.22, "避難場所の確認": 0.4,
+                "家族の連絡方法": 0.28 if self.size > 1 else 0.05, "防災訓練への参加": 0.04 + 0.03 * self.decade,
+                "その他": 0.03,
+            },
+            6,
+            READY_OTHER,
+            "何もしていない",
+        )
+        self.tell_one(
+            "避難場所",
+            {
+                "5分以内": 30 - 15 * self.far, "10分以内": 40, "20分以内": 18 + 10 * self.far,
+                "20分より長い": 3 + 12 * self.far,
+            },
+        )
         old = self.decade / 8
-        self.tell_several("市の情報", {"広報みどり野": 0.25 + 0.55 * old, "市のホームページ": 0.42 - 0.2 * old, "市の公式SNS": 0.5 - 0.48 * old, "回覧板": 0.1 + 0.4 * old, "新聞": 0.02 + 0.4 * old, "地域の集まり": 0.03 + 0.15 * old, "家族・知人": 0.22, "その他": 0.025}, 4,
-                          INFO_OTHER, "見ていない")
+        self.tell_several(
+            "市の情報",
+            {
+                "広報みどり野": 0.25 + 0.55 * old, "市のホームページ": 0.42 - 0.2 * old, "市の公式SNS": 0.5 - 0.48 * old,
+                "回覧板": 0.1 + 0.4 * old, "新聞": 0.02 + 0.4 * old, "地域の集まり": 0.03 + 0.15 * old, "家族・知人": 0.22,
+                "その他": 0.025,
+            },
+            4,
+            INFO_OTHER,
+            "見ていない",
+        )
         events = []
         while len(events) < 5 and chance(0.42):
-            kind = weighted({"祭り": 35, "清掃・美化": 12 + 12 * self.far + 2 * self.decade, "スポーツ大会": 10, "防災訓練": 6 + self.decade, "文化祭・講座": 14})
-            events.append((kind, pick(FESTIVALS)) if kind == "祭り" else (kind, pick(COURSES)) if kind == "文化祭・講座" else kind)
+            kind = weighted(
+                {
+                    "祭り": 35,
+                    "清掃・美化": 12 + 12 * self.far + 2 * self.decade,
+                    "スポーツ大会": 10,
+                    "防災訓練": 6 + self.decade,
+                    "文化祭・講座": 14,
+                }
+            )
+            names = {"祭り": FESTIVALS, "文化祭・講座": COURSES}.get(kind)
+            events.append((kind, pick(names)) if names else kind)
         self.tell("行事", *(events or ["参加していない"]))
 
     def answer_opinion(self):
@@ -351,9 +458,26 @@ class Resident:
                 self.tell("ご意見", "特にない")
             return
         child = any(m in self.family for m in ("未就学の子", "小・中学生の子"))
-        topic = weighted({"交通": 2 + 5 * self.far, "医療": 1 + 0.3 * self.decade, "買い物": 1 + 2 * self.far, "子育て": 6 if child else 0.5, "防災": 2.5, "ごみ": 1.6, "公園": 1.6, "行政": 2.5, "満足": max(0.2, 4 - self.mood)})
+        topic = weighted(
+            {
+                "交通": 2 + 5 * self.far,
+                "医療": 1 + 0.3 * self.decade,
+                "買い物": 1 + 2 * self.far,
+                "子育て": 6 if child else 0.5,
+                "防災": 2.5,
+                "ごみ": 1.6,
+                "公園": 1.6,
+                "行政": 2.5,
+                "満足": max(0.2, 4 - self.mood),
+            }
+        )
         text = pick(OPINIONS[topic]).format(
-            town=self.town[1], time=pick(BUS_TIMES), hours=1 + int(uniform() * 3), months=3 + int(uniform() * 9), day=pick(["土曜日", "日曜日", "夜7時まで"]), years=max(1, self.years)
+            town=self.town[1],
+            time=pick(BUS_TIMES),
+            hours=1 + int(uniform() * 3),
+            months=3 + int(uniform() * 9),
+            day=pick(["土曜日", "日曜日", "夜7時まで"]),
+            years=max(1, self.years),
         )
         self.told["ご意見"] = [("意見がある", text)]
 
@@ -373,7 +497,8 @@ def main():
         id_number += 2 if chance(0.015) else 1
     definition["SampleCount"] = COUNT
     head = compact(definition)[:-1]
-    sys.stdout.buffer.write((head + ',"Samples":[\n' + ",\n".join(map(compact, samples)) + "\n]}\n").encode("utf-8"))
+    text = head + ',"Samples":[\n' + ",\n".join(map(compact, samples)) + "\n]}\n"
+    sys.stdout.buffer.write(text.encode("utf-8"))
 
 
 if __name__ == "__main__":

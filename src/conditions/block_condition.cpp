@@ -118,7 +118,7 @@ bool StandsAlone(LimitColumn column) {
     for (size_t line = 1; line < column.size() && column[line].a != 0; ++line) {
         const int kind = LimitKindOf(column[line]);
         if (kind == kLimitAnd || kind == kLimitNot) return true;
-        if (kind == kLimitOr || line == 1) return false;
+        if (kind == kLimitOr || (kind == kLimitTo && line == 1)) return false;
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #include "conditions/condition_notation.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <limits>
 
 #include "companion/limit_terms.h"
@@ -13,6 +14,7 @@ namespace {
 
 // A list of a survey closes inside its 16 lines, header included.
 constexpr int kMaxWrittenLines = 14;
+constexpr int kMaxRank = 127;  // a line has seven bits for it
 
 // A number too long for an int is as absent as any other that is too large.
 int Number(const QString& digits) {
@@ -71,7 +73,7 @@ QString ConditionReader::ReadAnswer(const QRegularExpressionMatch& match) {
 
     const QString rankText = match.captured(u"rank");
     const int rank = Number(rankText.isEmpty() ? u"0"_s : rankText);
-    const int answers = survey_.Questions[question].Anum;
+    const int answers = std::min<int>(survey_.Questions[question].Anum, kMaxRank);
     if (!rankText.isEmpty() && (rank < 1 || rank > answers))
         return u'Q' + questionText + u"に順位"_s + rankText + u"はありません。順位は1から"_s +
                QString::number(answers) + u"までです。"_s;

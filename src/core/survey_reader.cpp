@@ -158,7 +158,7 @@ void SurveyReader::ReadSample(qint32 dno) {
     SampleList& samples = survey_.Samples;
     samples.IDs()[dno] = qFromLittleEndian<qint32>(bytes);
     samples.Flags()[dno] = qFromLittleEndian<qint16>(bytes + kSampleFlagsAt);
-    qFromLittleEndian<qint16>(bytes + kSampleAnswersAt, answerBytes / 2, samples.Packed(dno));
+    if (answerBytes > 0) qFromLittleEndian<qint16>(bytes + kSampleAnswersAt, answerBytes / 2, samples.Packed(dno));
     if (AtOldest()) return ReadEssays1001(dno);
     const qint16 essays = qFromLittleEndian<qint16>(bytes + kSampleAnswersAt + answerBytes);
     if (essays > 0) ReadEssays(dno, essays);

@@ -52,7 +52,7 @@ void WriteSample(ByteWriter& out, const Survey& survey, qint32 dno) {
     unsigned char* bytes = out.Add(static_cast<size_t>(countAt + kSampleCountBytes));
     qToLittleEndian(samples.IDs()[dno], bytes);
     qToLittleEndian(samples.Flags()[dno], bytes + kSampleFlagsAt);
-    qToLittleEndian<qint16>(samples.Packed(dno), answerBytes / 2, bytes + kSampleAnswersAt);
+    if (answerBytes > 0) qToLittleEndian<qint16>(samples.Packed(dno), answerBytes / 2, bytes + kSampleAnswersAt);
     const EssayList& essays = samples.Essays(dno);
     qToLittleEndian(CheckedInt16(static_cast<qint64>(essays.size())), bytes + countAt);
     for (const auto& essay : essays) {

@@ -68,7 +68,8 @@ QString QuestionLines(const Survey& survey) {
     QString text;
     for (int q = 0; q < survey.QuestionCount; ++q) {
         const LabelParts parts = {.number = true, .name = true, .limit = false, .body = false, .answers = true};
-        text += u"%1 （選択肢%2）\n"_s.arg(QuestionLabel(survey, q, parts)).arg(survey.Questions[q].ChoiceCount - 1);
+        text += u"%1 （選択肢%2）\n"_s.arg(QuestionLabel(survey, q, parts).trimmed())
+                    .arg(survey.Questions[q].ChoiceCount - 1);
     }
     return text;
 }
