@@ -261,11 +261,11 @@ void WriteDefinition(JsonOutput& json, const Survey& survey) {
     throw RuntimeError(number, place + u"："_s + reason);
 }
 
-[[noreturn]] void RefuseParse(const Json::exception& error, std::size_t position) {
-    // out_of_range is the parser's word for a number that no 64-bit float holds.
-    if (dynamic_cast<const Json::out_of_range*>(&error) != nullptr)
-        throw RuntimeError(kErrorOverflow, u"JSON の %1 バイト目：数が大きすぎます"_s.arg(position));
-    throw RuntimeError(kErrorTypeMismatch, u"JSON の %1 バイト目：JSON として読めません"_s.arg(position));
+[[noreturn]] void RefuseParse(const Json::exception& error) {
+    if (const auto* fault = dynamic_cast<const Json::parse_error*>(&error))
+        throw RuntimeError(kErrorTypeMismatch, u"JSON の %1 バイト目：JSON として読めません"_s.arg(fault->byte));
+    // The parser's other complaint is about a number that no 64-bit float holds; it does not say where.
+    throw RuntimeError(kErrorOverflow, u"JSON：大きすぎる数があります"_s);
 }
 
 QString ToQString(const std::string& text) {
@@ -534,10 +534,8 @@ Json ParseDefinition(QIODevice& in, qint64& sampleCount, bool& hasSamples) {
     std::istream stream(&buffer);
     try {
         return Json::parse(stream, keep);
-    } catch (const Json::parse_error& error) {
-        RefuseParse(error, error.byte);
     } catch (const Json::exception& error) {
-        RefuseParse(error, std::size_t(in.pos()));
+        RefuseParse(error);
     }
 }
 
@@ -631,9 +629,7 @@ class SampleReader : public nlohmann::json_sax<Json> {
         }
         return true;
     }
-    bool parse_error(std::size_t position, const std::string&, const Json::exception& error) override {
-        RefuseParse(error, position);
-    }
+    bool parse_error(std::size_t, const std::string&, const Json::exception& error) override { RefuseParse(error); }
 
   private:
     enum class Level { Outside, Root, Samples, Sample, Answers, Answer, Essays };

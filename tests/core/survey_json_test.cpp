@@ -1,0 +1,224 @@
+// Surveys as JSON text: what is refused and in which words, and that no text does harm.
+#include "core/survey_json.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <random>
+
+#include "core/answer_store.h"
+#include "support/survey_bytes.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+Survey NewSurvey() {
+    Survey survey;
+    NewSurveyHead(survey, QString());
+    NewSurveyBody(survey);
+    return survey;
+}
+
+Survey ReadText(const QByteArray& text) {
+    QBuffer device;
+    device.setData(text);
+    device.open(QIODevice::ReadOnly);
+    Survey survey = NewSurvey();
+    ReadSurveyJson(device, survey);
+    return survey;
+}
+
+QByteArray WriteText(const Survey& survey) {
+    QByteArray text;
+    QBuffer device(&text);
+    device.open(QIODevice::WriteOnly);
+    WriteSurveyJson(survey, device, true);
+    return text;
+}
+
+QString RefusalOf(const QByteArray& text) {
+    try {
+        ReadText(text);
+    } catch (const RuntimeError& error) {
+        return error.Text();
+    }
+    return QString();
+}
+
+// Two questions: one of two answers, the second with a text; one of a single answer.
+QByteArray SmallText(const QByteArray& samples, const QByteArray& more = QByteArray()) {
+    return R"({"Questions":[{"Text":"a\rb\r\r","Anum":2,"Choices":[{"Text":"無回答"},{"Text":"x"},{"Text":"y","Status":1}]},)"
+           R"({"Choices":[{"Text":"無回答"},{"Text":"z"}]}])" +
+           more + R"(,"Samples":[)" + samples + "]}";
+}
+
+// A device that takes so many bytes and then fails.
+class FullDevice : public QIODevice {
+  public:
+    explicit FullDevice(qint64 room) : room_(room) { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+
+  protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char*, qint64 size) override {
+        if (size > room_) return -1;
+        room_ -= size;
+        return size;
+    }
+
+  private:
+    qint64 room_;
+};
+
+}  // namespace
+
+TEST(SurveyJson, KeysComeInAnyOrderAndAbsentOnesKeepTheirDefaults) {
+    const Survey survey = ReadText(
+        R"({"Samples":[{"Essays":{"1":"第二"},"Answers":[[1,2],[]],"IDno":9},{"IDno":-3}],"Title":"題\"\\\u0001\t",)" +
+        SmallText("").mid(1).replace(",\"Samples\":[]", ",\"PreLimit\":[[],[[3,1]]]"));
+    EXPECT_EQ(survey.Title, u"題\"\\\u0001\t"_s);
+    EXPECT_EQ(survey.Editor, u"＊＊＊＊"_s);
+    EXPECT_EQ(survey.QuestionCount, 2);
+    EXPECT_EQ(survey.Questions[0].Text, u"a\rb\r\r"_s.leftJustified(128));
+    EXPECT_EQ(survey.Questions[1].Anum, 1);
+    EXPECT_EQ(survey.Choices(0, 1).Status, 4);
+    // Samples come to stand by their IDs; their cached conditions are worked out where none are given.
+    ASSERT_EQ(survey.SampleCount(), 2);
+    EXPECT_EQ(survey.Samples.IDno(0), -3);
+    EXPECT_EQ(survey.Samples.Essay(1, 1), u"第二"_s);
+    EXPECT_TRUE(SampleHasPreLimit(survey, 1, 1));
+    EXPECT_FALSE(SampleHasPreLimit(survey, 0, 1));
+    EXPECT_EQ(survey.QuotaUsed, 9);
+    EXPECT_EQ(WriteText(ReadText(WriteText(survey))), WriteText(survey));
+}
+
+TEST(SurveyJson, RefusalNamesThePlace) {
+    const auto samples = [](const QByteArray& text) { return RefusalOf(SmallText(text)); };
+    EXPECT_EQ(samples(R"({"IDno":1,"Answers":[[1],[1]]},{"IDno":2},{"IDno":1})"),
+              u"Samples[2].IDno：ID 1 は Samples[0] にもあります"_s);
+    EXPECT_EQ(samples(R"({"Answers":[[1],[1]]})"), u"Samples[0].IDno：必要なキーがありません"_s);
+    EXPECT_EQ(samples(R"({"IDno":2147483648})"),
+              u"Samples[0].IDno：-2147483648から2147483647までの整数ではありません"_s);
+    EXPECT_EQ(samples(R"({"IDno":18446744073709551615})"),
+              u"Samples[0].IDno：-2147483648から2147483647までの整数ではありません"_s);
+    EXPECT_EQ(samples(R"({"IDno":1.0})"), u"Samples[0].IDno：ここに書けない種類の値です"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"PreLimitBits":32768})"),
+              u"Samples[0].PreLimitBits：-32768から32767までの整数ではありません"_s);
+    EXPECT_EQ(samples(R"({"IDno":1},{"IDno":2,"Answers":[[1]]})"), u"Samples[1].Answers：質問は2個です"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Answers":[[1],[1],[1]]})"), u"Samples[0].Answers：質問は2個です"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Answers":[[1],[1,1]]})"), u"Samples[0].Answers[1]：答は1個までです"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Answers":[[3],[]]})"), u"Samples[0].Answers[0]：1から2までの整数ではありません"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Answers":[[0],[]]})"), u"Samples[0].Answers[0]：1から2までの整数ではありません"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Answers":[["1"],[]]})"), u"Samples[0].Answers[0]：ここに書けない種類の値です"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Essays":{"2":"t"}})"), u"Samples[0].Essays.2：記述文の欄は0から1までです"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Essays":{"1":"t","01":"u"}})"), u"Samples[0].Essays：欄1が二つあります"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Essays":{"0":")" + QByteArray(32768, 'x') + R"("}})"),
+              u"Samples[0].Essays.0：文字列が長すぎます（32767バイトまで）"_s);
+    EXPECT_EQ(samples(R"({"IDno":1,"Weight":1})"), u"Samples[0].Weight：知らないキーです"_s);
+    EXPECT_EQ(samples("7"), u"Samples[0]：ここに書けない種類の値です"_s);
+    EXPECT_EQ(RefusalOf(SmallText("", R"(,"SampleCount":1)")), u"SampleCount：実際の数は0個です"_s);
+
+    // One change to a good definition, and its place.
+    const auto changed = [](const QByteArray& from, const QByteArray& to) {
+        QByteArray text =
+            SmallText(R"({"IDno":1})", R"(,"LineStart":[0,128,256,256],"LineFlag":[true,false],"PreLimit":[[[3,1]]])");
+        EXPECT_EQ(RefusalOf(text), QString());
+        EXPECT_TRUE(text.contains(from)) << from.toStdString();
+        return RefusalOf(text.replace(text.indexOf(from), from.size(), to));
+    };
+    EXPECT_EQ(changed(R"("Anum":2)", R"("Anum":3)"), u"Questions[0].Anum：1から2までの整数ではありません"_s);
+    EXPECT_EQ(changed(R"("Anum":2)", R"("Anum":"2")"), u"Questions[0].Anum：整数ではありません"_s);
+    EXPECT_EQ(changed(R"("Anum":2)", R"("ChoiceCount":2)"), u"Questions[0].ChoiceCount：実際の数は3個です"_s);
+    EXPECT_EQ(changed(R"("Anum":2)", R"("LabelKind":70000)"),
+              u"Questions[0].LabelKind：-32768から32767までの整数ではありません"_s);
+    EXPECT_EQ(changed(R"("Anum":2)", R"("QLimit":[[3]])"),
+              u"Questions[0].QLimit[0]：要素が1個あります（2個から2個まで）"_s);
+    EXPECT_EQ(changed(R"("Anum":2)", R"("QLimit":[[0,1]])"), u"Questions[0].QLimit[0][0]：0 は条件の終わりの印です"_s);
+    EXPECT_EQ(changed(R"("Anum":2)", R"("QLimit":[)" + QByteArray("[3,1],").repeated(14) + "[3,1]]"),
+              u"Questions[0].QLimit：要素が15個あります（0個から14個まで）"_s);
+    EXPECT_EQ(changed(R"("a\rb\r\r")", '"' + QByteArray(129, 'a') + '"'),
+              u"Questions[0].Text：128文字を超えています"_s);
+    EXPECT_EQ(changed(R"({"Text":"無回答"},{"Text":"z"})", R"({"Text":"z"})"),
+              u"Questions[1].Choices[0]：選択肢0は「無回答」です"_s);
+    EXPECT_EQ(changed(R"({"Text":"z"})", R"({"Text":"z\r1"})"), u"Questions[1].Choices[1]：改行(CR)は書けません"_s);
+    EXPECT_EQ(changed(R"({"Text":"z"})", R"({"Text":"z","Low":"1"})"),
+              u"Questions[1].Choices[1].Low：数ではありません"_s);
+    EXPECT_EQ(changed(R"({"Text":"z"})", QByteArray(R"({"Text":"z"},)").repeated(127) + R"({"Text":"z"})"),
+              u"Questions[1].Choices：要素が129個あります（1個から128個まで）"_s);
+    EXPECT_EQ(changed("256,256]", "256]"), u"LineStart[2]：前と同じ値は最後に一度だけです"_s);
+    EXPECT_EQ(changed("[0,128", "[0,0,128"), u"LineStart[1]：前と同じ値は最後に一度だけです"_s);
+    EXPECT_EQ(changed("[true,", "[true,true,"), u"LineFlag：要素が3個あります（2個から2個まで）"_s);
+    EXPECT_EQ(changed("[true,", "[1,"), u"LineFlag[0]：true か false ではありません"_s);
+    EXPECT_EQ(changed("{\"Questions\"", "{\"Password\":\"鍵\",\"Questions\""), u"Password：半角文字以外があります"_s);
+    EXPECT_EQ(changed("{\"Questions\"", "{\"Samples\":[],\"Questions\""), u"Samples：同じキーが二つあります"_s);
+    EXPECT_EQ(RefusalOf("[]"), u"JSON：オブジェクトではありません"_s);
+    EXPECT_EQ(RefusalOf(R"({"Samples":"x"})"), u"Samples：ここに書けない種類の値です"_s);
+    EXPECT_EQ(RefusalOf(R"({"Questions":1e999})"), u"JSON：大きすぎる数があります"_s);
+    EXPECT_EQ(RefusalOf(R"({"Title":"\xff"})"), u"JSON の 12 バイト目：JSON として読めません"_s);
+    EXPECT_EQ(RefusalOf(""), u"JSON の 1 バイト目：JSON として読めません"_s);
+}
+
+// Whatever happens to a text, it is refused with a reason or read as a survey that comes back from its own text.
+TEST(SurveyJson, DamagedTextIsRefusedOrReadWhole) {
+    const QByteArray whole = TestData(u"small.json"_s);
+    std::mt19937 random(20260707);
+    int read = 0;
+    int refused = 0;
+    for (int round = 0; round < 700; ++round) {
+        QByteArray text = whole;
+        for (int change = int(random() % 3); change >= 0; --change) {
+            const qsizetype at = qsizetype(random() % size_t(text.size()));
+            switch (random() % 4) {
+                case 0:
+                    text[at] = "0123456789-,:[]{}\"et"[random() % 20];
+                    break;
+                case 1:
+                    text.remove(at, 1 + qsizetype(random() % 20));
+                    break;
+                case 2:
+                    text.insert(at, text.mid(qsizetype(random() % size_t(text.size())), qsizetype(random() % 40)));
+                    break;
+                default:
+                    text[at] = char(random());
+            }
+            if (text.isEmpty()) text = "{";
+        }
+        try {
+            const QByteArray again = WriteText(ReadText(text));
+            EXPECT_EQ(WriteText(ReadText(again)), again);
+            ++read;
+        } catch (const RuntimeError& error) {
+            EXPECT_FALSE(error.Text().isEmpty());
+            ++refused;
+        }
+    }
+    EXPECT_GT(read, 10);
+    EXPECT_GT(refused, 100);
+    for (qsizetype size = 0; size < whole.size() - 1; size += 97)
+        EXPECT_NE(RefusalOf(whole.left(size)), QString()) << size;
+    EXPECT_NE(RefusalOf(QByteArray(1000000, '[')), QString());
+    EXPECT_NE(RefusalOf("{\"Samples\":" + QByteArray(1000000, '[')), QString());
+}
+
+TEST(SurveyJson, WritingStopsWhenToldAndWhenTheDeviceIsFull) {
+    Survey survey = ReadText(SmallText(R"({"IDno":1},{"IDno":2},{"IDno":3})"));
+    FullDevice full(100);
+    EXPECT_THROW(WriteSurveyJson(survey, full, true), RuntimeError);
+    QByteArray text;
+    QBuffer device(&text);
+    device.open(QIODevice::WriteOnly);
+    QList<qint32> ticks;
+    WriteSurveyJson(survey, device, true, [&](qint32 sample) {
+        ticks += sample;
+        return sample < 2;
+    });
+    EXPECT_EQ(ticks, (QList<qint32>{1, 2}));
+    EXPECT_TRUE(QJsonDocument::fromJson(text).isNull());
+}
+
+}  // namespace quibra
