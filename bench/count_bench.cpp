@@ -68,7 +68,7 @@ void SamplesPerSecond(benchmark::State& state) {
 void ConditionByBlocks(benchmark::State& state) {
     const Survey& survey = SyntheticSurvey();
     const BlockCondition condition(survey, ThreeTerms());
-    SamplePlanes planes(survey, KernelsOf(state));
+    SamplePlanes planes(survey, condition.FieldCount(), KernelsOf(state));
     state.SetLabel(KernelsOf(state).name);
     for (auto _ : state)
         for (qint32 first = 0; first < survey.SampleCount(); first += kBlockSamples) {
@@ -86,7 +86,8 @@ void ConditionBySamples(benchmark::State& state) {
     const LimitList list = ThreeTerms();
     for (auto _ : state) {
         qint32 met = 0;
-        for (qint32 dno = 0; dno < survey.SampleCount(); ++dno) met += TestLimit(survey, dno, list);
+        for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
+            met += TestLimit(survey, dno, list);
         benchmark::DoNotOptimize(met);
     }
     SamplesPerSecond(state);

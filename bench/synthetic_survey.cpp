@@ -12,7 +12,7 @@ namespace quibra {
 namespace {
 
 constexpr int kQuestions = 60;
-constexpr int kCrossQuestion = 30;
+constexpr int kColumnQuestion = 30;
 
 }  // namespace
 
@@ -26,7 +26,8 @@ Survey MakeSyntheticSurvey(qint32 samples) {
         question.SetText(u"質問%1\r本文\r\r"_s.arg(q + 1));
         question.ChoiceCount = static_cast<qint16>(3 + q * 28 / (kQuestions - 1));
         question.Anum = static_cast<qint16>(q % 3 != 2 ? 1 : std::min(5, question.ChoiceCount - 1));
-        for (int c = 1; c < question.ChoiceCount; ++c) survey.Choices(c, q).Text = u"選択肢%1"_s.arg(c);
+        for (int c = 1; c < question.ChoiceCount; ++c)
+            survey.Choices(c, q).Text = u"選択肢%1"_s.arg(c);
     }
     RecalcLayout(survey);
     survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
@@ -40,7 +41,8 @@ Survey MakeSyntheticSurvey(qint32 samples) {
         for (int q = 0; q < kQuestions; ++q) {
             const QuestionRec& question = survey.Questions[q];
             qint16 answers[5];
-            auto count = static_cast<qint16>(random() % 10 == 0 ? 0 : 1 + random() % static_cast<unsigned>(question.Anum));
+            auto count =
+                static_cast<qint16>(random() % 10 == 0 ? 0 : 1 + random() % static_cast<unsigned>(question.Anum));
             for (int i = 0; i < count; ++i)
                 answers[i] = static_cast<qint16>(1 + random() % static_cast<unsigned>(question.ChoiceCount - 1));
             maAno_pushC(survey.QIdx.Data(), q, bits, &count, answers);
@@ -59,7 +61,8 @@ qint64 AnswersOf(const Survey& survey) {
     qint64 sum = 0;
     for (qint32 dno = 0; dno < survey.SampleCount(); ++dno) {
         GetAllAnswers(survey, dno, counts.data(), answers.data());
-        for (const qint16 count : counts) sum += count;
+        for (const qint16 count : counts)
+            sum += count;
     }
     return sum;
 }
@@ -69,7 +72,7 @@ TotalOption AllQuestions(const Survey& survey, int columns) {
     option.ToQno = static_cast<qint16>(survey.QuestionCount - 1);
     option.LimitCount = static_cast<qint16>(columns);
     for (int column = 1; columns > 1 && column <= columns; ++column)
-        option.Limits(1, column) = {kLimitAnd, PackPosition(kCrossQuestion, column % 17)};
+        option.Limits(1, column) = {kLimitAnd, PackPosition(kColumnQuestion, column % 17)};
     return option;
 }
 

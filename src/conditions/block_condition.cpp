@@ -6,34 +6,49 @@ namespace {
 
 using Words = const uint64_t*;
 
-// held |= samples of `among` whose field lies from `low` to `high`, by comparing bit by bit from the highest plane
-// down.
-void AddInRange(Words planes, int width, int low, int high, const BlockMask& among, int words, BlockMask& held) {
-    high = std::min(high, (1 << width) - 1);
-    if (low > high) return;
-    for (int w = 0; w < words; ++w) {
-        const auto at = static_cast<size_t>(w);
-        uint64_t below = 0;
-        uint64_t above = 0;
-        uint64_t equalLow = among[at];
-        uint64_t equalHigh = among[at];
-        for (int p = width - 1; p >= 0; --p) {
-            const uint64_t bit = planes[p * kPlaneWords + w];
-            if ((low >> p) & 1) {
-                below |= equalLow & ~bit;
-                equalLow &= bit;
-            } else {
-                equalLow &= ~bit;
-            }
-            if ((high >> p) & 1) {
-                equalHigh &= bit;
-            } else {
-                above |= equalHigh & bit;
-                equalHigh &= ~bit;
-            }
-        }
-        held[at] |= among[at] & ~(below | above);
+// Keeps in `mask` the samples whose field has the bits of `value`. Plane by plane, so that the inner loop is a plain
+// one.
+void KeepEqual(Words planes, int width, int value, int words, BlockMask& mask) {
+    for (int p = 0; p < width; ++p) {
+        const Words plane = planes + p * kPlaneWords;
+        const uint64_t flip = (value >> p) & 1 ? 0 : ~uint64_t{0};
+        for (int w = 0; w < words; ++w)
+            mask[static_cast<size_t>(w)] &= plane[w] ^ flip;
     }
+}
+
+// Keeps the samples whose field is at most `value` (when `above` is false) or at least (when true): from the highest
+// plane down, a sample is decided where its bit first differs from the value's.
+void KeepOrdered(Words planes, int width, int value, bool above, int words, BlockMask& mask) {
+    BlockMask equal = mask;
+    for (int p = width - 1; p >= 0; --p) {
+        const Words plane = planes + p * kPlaneWords;
+        const bool set = (value >> p) & 1;
+        const uint64_t flip = set ? 0 : ~uint64_t{0};
+        // Where the value's bit is set, a clear one is below it; where it is clear, a set one is above.
+        const uint64_t decides = set == above ? ~uint64_t{0} : 0;
+        for (int w = 0; w < words; ++w) {
+            const auto at = static_cast<size_t>(w);
+            const uint64_t same = plane[w] ^ flip;
+            mask[at] &= ~(equal[at] & ~same & decides);
+            equal[at] &= same;
+        }
+    }
+}
+
+// held |= samples of `among` whose field lies from `low` to `high`.
+void AddInRange(Words planes, int width, int low, int high, const BlockMask& among, int words, BlockMask& held) {
+    const int largest = (1 << width) - 1;
+    if (low > high || low > largest) return;
+    BlockMask mask = among;
+    if (low == high) {
+        KeepEqual(planes, width, low, words, mask);
+    } else {
+        KeepOrdered(planes, width, low, true, words, mask);
+        if (high < largest) KeepOrdered(planes, width, high, false, words, mask);
+    }
+    for (int w = 0; w < words; ++w)
+        held[static_cast<size_t>(w)] |= mask[static_cast<size_t>(w)];
 }
 
 }  // namespace
@@ -45,6 +60,13 @@ BlockCondition::BlockCondition(const Survey& survey, const LimitList& list)
     LimitTerm term;
     while (NextLimitTerm(line, groupOpen, term))
         terms_.push_back(term);
+}
+
+int BlockCondition::FieldCount() const {
+    int fields = 0;
+    for (const LimitTerm& term : terms_)
+        if (term.question <= kLastQuestion) fields += survey_.QIdx[term.question].Anum;
+    return fields;
 }
 
 void BlockCondition::TestTerm(SamplePlanes& planes, const LimitTerm& term, BlockMask& held) const {
@@ -96,7 +118,7 @@ bool StandsAlone(LimitColumn column) {
     for (size_t line = 1; line < column.size() && column[line].a != 0; ++line) {
         const int kind = LimitKindOf(column[line]);
         if (kind == kLimitAnd || kind == kLimitNot) return true;
-        if (kind == kLimitOr || line == 1) return false;
+        if (kind == kLimitOr || (kind == kLimitTo && line == 1)) return false;
     }
     return true;
 }

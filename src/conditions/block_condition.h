@@ -16,8 +16,8 @@ class BlockCondition {
     // Takes the samples that don't meet the condition out of `mask`.
     void Restrict(SamplePlanes& planes, BlockMask& mask) const;
 
-    // True when every sample meets it.
-    bool IsEmpty() const { return wanted_ == 0 && terms_.empty(); }
+    // How many answer fields it looks at: what SamplePlanes wants to know.
+    int FieldCount() const;
 
   private:
     void TestTerm(SamplePlanes& planes, const LimitTerm& term, BlockMask& held) const;

@@ -6,7 +6,7 @@ namespace quibra {
 
 namespace {
 
-constexpr BitKernels kPortable = {"portable", Transpose, CountChoices, CountMask, TestFlags};
+constexpr BitKernels kPortable = {"portable", Transpose, Extract, CountChoices, CountMask, TestFlags};
 
 struct Usable {
     const BitKernels* kernels[3];

@@ -22,8 +22,13 @@ struct BitKernels {
     const char* name;
 
     // Turns kChunkBytes of `count` records (1 to kBlockSamples), `stride` bytes apart, into kChunkBits planes of
-    // kPlaneWords words each. Bits of samples from `count` on to the next multiple of 64 are 0, those behind untouched.
+    // kPlaneWords words each. Bits of samples behind `count` are meaningless.
     void (*transpose)(const unsigned char* records, size_t stride, int count, uint64_t* planes);
+
+    // Makes the planes of a single field alone: the `width` (1 to 8) bits from bit `bitStart` of each record on.
+    // Cheaper than a transposition where only a few fields are asked for. Reads two bytes, of which the second may lie
+    // behind the record.
+    void (*extract)(const unsigned char* records, size_t stride, int count, int bitStart, int width, uint64_t* planes);
 
     // For a field of `width` planes and each choice c from 1 to choiceCount - 1: adds to counts[column * countStride +
     // c] how many samples of `base` and of the column's mask hold c. Masks have kPlaneWords words, of which `words` are

@@ -3,6 +3,6 @@
 namespace quibra {
 
 extern const BitKernels kBitKernelsAvx2;
-const BitKernels kBitKernelsAvx2 = {"AVX2", Transpose, CountChoices, CountMask, TestFlags};
+const BitKernels kBitKernelsAvx2 = {"AVX2", Transpose, Extract, CountChoices, CountMask, TestFlags};
 
 }  // namespace quibra

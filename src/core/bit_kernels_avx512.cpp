@@ -3,6 +3,6 @@
 namespace quibra {
 
 extern const BitKernels kBitKernelsAvx512;
-const BitKernels kBitKernelsAvx512 = {"AVX-512", Transpose, CountChoices, CountMask, TestFlags};
+const BitKernels kBitKernelsAvx512 = {"AVX-512", Transpose, Extract, CountChoices, CountMask, TestFlags};
 
 }  // namespace quibra

@@ -6,11 +6,12 @@
 #include "companion/quibra.h"
 #include "core/bounded_array.h"
 
-namespace quibra {
-
+// Beside the type itself, where the standard algorithms find it.
 inline bool operator==(const LimitLine& x, const LimitLine& y) {
     return x.a == y.a && x.b == y.b;
 }
+
+namespace quibra {
 
 // Lines 0 to 15 of a question's condition, a predefined condition or a column of a total. Line 0 is a header.
 using LimitColumn = std::span<const LimitLine, 16>;

@@ -2,11 +2,20 @@
 
 namespace quibra {
 
-SamplePlanes::SamplePlanes(const Survey& survey, const BitKernels& kernels)
-    : survey_(survey),
-      kernels_(kernels),
-      planes_(static_cast<size_t>((survey.SampleBytes + kChunkBytes - 1) / kChunkBytes) * kChunkBits * kPlaneWords),
-      made_(static_cast<size_t>((survey.SampleBytes + kChunkBytes - 1) / kChunkBytes)) {}
+namespace {
+
+// A transposition of a chunk costs about as much as this many fields made one by one.
+constexpr int kFieldsOfChunk = 8;
+
+}  // namespace
+
+SamplePlanes::SamplePlanes(const Survey& survey, int fields, const BitKernels& kernels)
+    : survey_(survey), kernels_(kernels) {
+    const int chunks = (survey.SampleBytes + kChunkBytes - 1) / kChunkBytes;
+    planes_.resize(static_cast<size_t>(chunks) * kChunkBits * kPlaneWords);
+    whole_ = fields > chunks * kFieldsOfChunk;
+    made_.resize(static_cast<size_t>(whole_ ? chunks : chunks * kChunkBits));
+}
 
 void SamplePlanes::Load(qint32 first, int count) {
     CheckSubscript(count - 1, kBlockSamples);
@@ -25,15 +34,23 @@ BlockMask SamplePlanes::Valid() const {
 }
 
 const uint64_t* SamplePlanes::Field(int bitStart, int width) {
-    for (int chunk = bitStart / kChunkBits; chunk <= (bitStart + width - 1) / kChunkBits; ++chunk) {
-        const auto index = static_cast<size_t>(chunk);
-        if (made_[index]) continue;
-        made_[index] = true;
-        kernels_.transpose(survey_.Samples.Packed(first_) + index * kChunkBytes,
-                           static_cast<size_t>(survey_.Samples.SampleBytes()), count_,
-                           planes_.data() + index * kChunkBits * kPlaneWords);
+    const unsigned char* records = survey_.Samples.Packed(first_);
+    const auto stride = static_cast<size_t>(survey_.Samples.SampleBytes());
+    uint64_t* field = planes_.data() + static_cast<size_t>(bitStart) * kPlaneWords;
+    const auto unmade = [this](int index) {
+        const bool was = made_[static_cast<size_t>(index)];
+        made_[static_cast<size_t>(index)] = true;
+        return !was;
+    };
+    if (!whole_) {
+        if (unmade(bitStart)) kernels_.extract(records, stride, count_, bitStart, width, field);
+        return field;
     }
-    return planes_.data() + static_cast<size_t>(bitStart) * kPlaneWords;
+    for (int chunk = bitStart / kChunkBits; chunk <= (bitStart + width - 1) / kChunkBits; ++chunk)
+        if (unmade(chunk))
+            kernels_.transpose(records + chunk * kChunkBytes, stride, count_,
+                               planes_.data() + static_cast<size_t>(chunk) * kChunkBits * kPlaneWords);
+    return field;
 }
 
 }  // namespace quibra

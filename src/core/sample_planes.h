@@ -14,8 +14,10 @@ using BlockMask = std::array<uint64_t, kPlaneWords>;
 
 class SamplePlanes {
   public:
-    // The survey must outlive this; its samples and layout must stay as they are between two calls of Load.
-    explicit SamplePlanes(const Survey& survey, const BitKernels& kernels = FastestBitKernels());
+    // The survey must outlive this; its samples and layout must stay as they are between two calls of Load. `fields` is
+    // about how many answer fields will be asked for in a block: it decides whether fields are made one by one or all
+    // together.
+    SamplePlanes(const Survey& survey, int fields, const BitKernels& kernels = FastestBitKernels());
 
     // Turns to samples first to first + count - 1, count from 1 to kBlockSamples.
     void Load(qint32 first, int count);
@@ -38,7 +40,8 @@ class SamplePlanes {
     qint32 first_ = 0;
     int count_ = 0;
     std::vector<uint64_t> planes_;
-    std::vector<bool> made_;  // by chunk
+    bool whole_;              // records are transposed by chunks, not field by field
+    std::vector<bool> made_;  // by chunk, or by first bit of a field
 };
 
 }  // namespace quibra

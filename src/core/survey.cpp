@@ -162,6 +162,7 @@ qint16 SymbolToChoice(const Survey& survey, int q, const QString& token) {
 
 qint16 PackPosition(int q, int c) {
     const qint64 position = static_cast<qint64>(q) * 128 + c;
+    if (position > 65535) throw RuntimeError(kErrorOverflow);
     return CheckedInt16(position >= 32768 ? position - 65536 : position);
 }
 

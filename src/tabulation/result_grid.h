@@ -48,8 +48,14 @@ class ResultGrid {
         int height = kDefaultRowHeight;
         std::vector<QString> cells;  // may be shorter than the grid is wide
     };
+    size_t CheckedColumn(int column) const;
+    size_t CheckedRow(int row) const;
+
     std::vector<Column> columns_ = std::vector<Column>(1);
     std::vector<Row> rows_ = std::vector<Row>(1);
 };
+
+// A dump as it goes to the clipboard or a text file: a CR LF behind each row. A last row of one character is dropped.
+QString ClipText(const QString& dump);
 
 }  // namespace quibra

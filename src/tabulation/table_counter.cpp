@@ -1,6 +1,7 @@
 #include "tabulation/table_counter.h"
 
 #include <deque>
+#include <optional>
 
 #include "conditions/block_condition.h"
 #include "conditions/limit_lists.h"
@@ -49,6 +50,7 @@ constexpr ptrdiff_t kLimitStride = sizeof(Figures) / sizeof(qint32);
 
 struct TableCounter::Impl {
     Impl(const Survey& survey, const TotalOption& option, const BitKernels& kernels);
+    int FieldCount() const;
 
     void CountBlock(qint32 first, int count, Tally& tally);
     void CountQuestionBlock(int q, const BlockMask& base, Figures* figures);
@@ -58,12 +60,12 @@ struct TableCounter::Impl {
     const TotalOption& option;
     Range questions;
     Range limits;
-    SamplePlanes planes;
     const BitKernels& kernels;
-    bool apart;  // every condition stands alone: masks can be joined instead of lists
     BlockCondition whole;
     std::deque<BlockCondition> ofQuestion;  // by question from FromQno on
     std::deque<BlockCondition> ofLimit;
+    bool apart = true;  // every condition stands alone: masks can be joined instead of lists
+    std::optional<SamplePlanes> planes;
     std::vector<BlockMask> columns;  // of the block in work, by limit of the tally
     Tally shared;
     qint32 done = 0;  // samples the shared tally has seen
@@ -74,18 +76,27 @@ TableCounter::Impl::Impl(const Survey& theSurvey, const TotalOption& theOption, 
       option(theOption),
       questions{option.FromQno, option.ToQno},
       limits{0, option.LimitCount - 1},
-      planes(survey, theKernels),
       kernels(theKernels),
-      apart(StandsAlone(option.Limits.Column(0))),
       whole(survey, ListOf({option.Limits.Column(0)})),
-      columns(static_cast<size_t>(limits.Count())),
       shared(questions, limits) {
     for (int q = questions.from; q <= questions.to; ++q)
         ofQuestion.emplace_back(survey, ListOf({survey.QLimit.Column(q)}));
-    for (int L = 0; L <= limits.to; ++L) {
-        apart = apart && StandsAlone(option.Limits.Column(L + 1));
+    for (int L = 0; L <= limits.to; ++L)
         ofLimit.emplace_back(survey, ListOf({option.Limits.Column(L + 1)}));
-    }
+    for (int column = 0; column <= option.LimitCount; ++column)
+        apart = apart && StandsAlone(option.Limits.Column(column));
+    planes.emplace(survey, FieldCount(), kernels);
+}
+
+int TableCounter::Impl::FieldCount() const {
+    int fields = whole.FieldCount();
+    for (const BlockCondition& condition : ofQuestion)
+        fields += condition.FieldCount();
+    for (const BlockCondition& condition : ofLimit)
+        fields += condition.FieldCount();
+    for (int q = questions.from; q <= questions.to; ++q)
+        fields += survey.QIdx[q].Anum;
+    return fields;
 }
 
 BlockCondition TableCounter::Impl::Joined(int q, int L) const {
@@ -96,7 +107,7 @@ BlockCondition TableCounter::Impl::Joined(int q, int L) const {
 // Adds the block's figures of question q to those from `figures` on, one element a column.
 void TableCounter::Impl::CountQuestionBlock(int q, const BlockMask& base, Figures* figures) {
     const AnswerLayoutRec& question = survey.QIdx[q];
-    const int words = planes.Words();
+    const int words = planes->Words();
     const int columnCount = static_cast<int>(columns.size());
     const uint64_t* const masks = columns[0].data();
     kernels.countMask(base.data(), masks, columnCount, words, &figures->persons, kLimitStride);
@@ -108,7 +119,7 @@ void TableCounter::Impl::CountQuestionBlock(int q, const BlockMask& base, Figure
     bool left = last <= question.Anum;
     if (!left || last == 0) unanswered = base;
     for (int position = 0; left && position < last; ++position) {
-        const uint64_t* field = planes.Field(question.BitStart + position * question.BitWidth, question.BitWidth);
+        const uint64_t* field = planes->Field(question.BitStart + position * question.BitWidth, question.BitWidth);
         if (rank == 0 || position + 1 == rank)
             kernels.countChoices(field, question.BitWidth, std::min<int>(survey.Questions[q].ChoiceCount, kMaxChoices),
                                  answered.data(), masks, columnCount, words, figures->counts, kLimitStride);
@@ -128,23 +139,23 @@ void TableCounter::Impl::CountQuestionBlock(int q, const BlockMask& base, Figure
 }
 
 void TableCounter::Impl::CountBlock(qint32 first, int count, Tally& tally) {
-    planes.Load(first, count);
+    planes->Load(first, count);
     const Range of = tally.Limits();
-    columns.assign(static_cast<size_t>(of.Count()), planes.Valid());
-    BlockMask met = planes.Valid();
+    columns.assign(static_cast<size_t>(of.Count()), planes->Valid());
+    BlockMask met = planes->Valid();
     if (apart) {
-        whole.Restrict(planes, met);
+        whole.Restrict(*planes, met);
         for (int L = of.from; L <= of.to; ++L)
-            ofLimit[static_cast<size_t>(L)].Restrict(planes, columns[static_cast<size_t>(L - of.from)]);
+            ofLimit[static_cast<size_t>(L)].Restrict(*planes, columns[static_cast<size_t>(L - of.from)]);
     }
     for (int q = tally.Questions().from; q <= tally.Questions().to; ++q) {
         BlockMask base = met;
         if (apart) {
-            ofQuestion[static_cast<size_t>(q - questions.from)].Restrict(planes, base);
+            ofQuestion[static_cast<size_t>(q - questions.from)].Restrict(*planes, base);
         } else {
-            columns.assign(columns.size(), planes.Valid());
+            columns.assign(columns.size(), planes->Valid());
             for (int L = of.from; L <= of.to; ++L)
-                Joined(q, L).Restrict(planes, columns[static_cast<size_t>(L - of.from)]);
+                Joined(q, L).Restrict(*planes, columns[static_cast<size_t>(L - of.from)]);
         }
         CountQuestionBlock(q, base, &tally.At(q, of.from));
     }

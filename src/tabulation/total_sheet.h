@@ -2,12 +2,14 @@
 // a result window, without the window; the command-line tool prints the same cells.
 #pragma once
 
+#include <QRandomGenerator>
 #include <QString>
 #include <QStringList>
 #include <vector>
 
 #include "core/survey_file.h"
 #include "core/user_interface.h"
+#include "tabulation/essay_list.h"
 #include "tabulation/result_grid.h"
 #include "tabulation/table_counter.h"
 #include "tabulation/total_option.h"
@@ -38,6 +40,9 @@ struct TotalView {
     bool sort = false;
     bool space = true;
 
+    bool ShowsCounts() const { return percent != PercentOnly; }
+    bool ShowsPercent() const { return percent != CountsOnly; }
+
     // Low two bits 1 counts, 3 both, 2 percent; 4 sorted; 8 with blank columns.
     qint16 Flags() const;
 };
@@ -46,10 +51,18 @@ struct TotalView {
 using ColumnWidths = std::array<qint32, 10>;
 inline constexpr ColumnWidths kDefaultColumnWidths = {1400, 1000, 800, 0, 0, 1000, 1000, 1400, 2600, 1400};
 
+// The grid row above the first listed answer, with the columns' headings.
+inline constexpr int kEssayHeadRow = 3;
+
 class TotalSheet : public SampleSelection {
   public:
     static constexpr int kMaxRows = 1999;
     static constexpr int kMaxEssayRows = 9999;
+    // A block's rows from its first one on: heading, whole limit, individual limit, its choices, persons, a blank row.
+    static constexpr int kWholeLimitRow = 1;
+    static constexpr int kLimitRow = 2;
+    static constexpr int kFirstChoiceRow = 3;
+    static constexpr int kRowsBesideChoices = 5;
 
     // All must outlive the sheet. `widths` is shared by all results of a program.
     TotalSheet(const Survey& survey, UserInterface& ui, TotalMonitor& monitor, ColumnWidths& widths);
@@ -70,6 +83,18 @@ class TotalSheet : public SampleSelection {
     int ColStart(int L) const;  // 0 to LimitCount
     qint32 Counts(int L, int row) const;
     qint16 RowCode(int L, int row) const;
+    // The rows of question q that bear figures, under limit L: its choices in the order shown, then the total row with
+    // the persons and the sum of the rounded shares.
+    struct BlockRow {
+        qint16 RowCode;
+        qint32 Figure;
+        float Share;
+    };
+    std::vector<BlockRow> Block(int q, int L) const;
+    // The words of a block: its heading, with the rank where one is counted, and the label of its row i.
+    QString BlockHeading(int q) const;
+    QString RowLabel(int L, int q, int i) const;
+    qint16 ViewFlags = 0;  // as the table stands in the grid
     QStringList LimitTexts;
     QString ExLimitText;
     bool chkTotaled = false;
@@ -86,26 +111,33 @@ class TotalSheet : public SampleSelection {
     };
     std::vector<EssayRow> EssayRows;
     double EssaySum = 0;
-    qint32 FromDno = 0;    // where the list starts; behind a continued list, where it goes on
-    bool HasNext = false;  // a continuation can be asked for
+    double EssayAverage() const;  // over all listed rows, numeric or not; 0 without rows
+    qint32 FromDno = 0;           // where the list starts; behind a continued list, where it goes on
+    bool HasNext = false;         // a continuation can be asked for
 
     qint32 EssayDnoCount() const override;
     void EssayDnoReset() override { essayCursor_ = 0; }
     qint32 EssayDno() override;
 
   private:
+    void SaveColumnWidths();
+    void RunTable();
     void PlanRows();
     void LayoutColumns();
     void SetLimitColumn(int L);
-    void CountQuestion(TableCounter& counter, int q, int L);
-    void CountRough(int q, int L, const LimitList& list, Figures& figures);
+    void CountQuestion(TableCounter* counter, int q, int L);
+    Figures CountAll(TableCounter& counter, int q, int L);
+    Figures CountRough(int q, int L);
+    bool ReportWalk(qint32 dno);
     void OrderRows(int q, int L);
     void ShowBlock(int q, int L);
-    void RunTable();
+    void WriteBlock(int q, int L);
     void RunEssayList();
     void EssayHeader();
     void ListEssays(const LimitList& list);
-    void SaveColumnWidths();
+    void ListSample(qint32 dno, const std::vector<EssayHit>& hits);
+    QStringList RefAnswers(qint32 dno) const;
+    int ScaledWidth(int twips) const;
 
     const Survey& survey_;
     UserInterface& ui_;
@@ -113,10 +145,11 @@ class TotalSheet : public SampleSelection {
     ColumnWidths& widths_;
     bool ready_ = false;
     qint16 lastKind_ = 0;
-    std::vector<qint16> rowStart_;
+    BoundedArray<qint16, kMaxQuestions + 1> rowStart_;
     std::vector<qint16> colStart_;
     std::vector<std::vector<qint32>> counts_;
     std::vector<std::vector<qint16>> rowCode_;
+    QRandomGenerator random_;  // steps of a rough total; not seeded, so that one can be repeated
     qint32 essayCursor_ = 0;
 };
 

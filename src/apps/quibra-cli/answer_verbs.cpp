@@ -1,0 +1,113 @@
+// get and set: the answers of one sample to one question.
+#include <array>
+
+#include "apps/quibra-cli/verbs.h"
+#include "core/answer_store.h"
+#include "core/survey_file.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+// One question's answers of a sample, in their order.
+struct Answers {
+    qint16 count = 0;
+    std::array<qint16, kMaxAnswers> choices{};
+    std::array<QString, kMaxAnswers> texts;
+};
+
+qint32 SampleArgument(const Survey& survey, const QString& text) {
+    const qint32 id =
+        IntegerArgument(text, u"サンプルID"_s, std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
+    const qint32 dno = DnoOfID(survey, id);
+    if (dno < 0) throw Refusal{u"サンプルID %1 はありません"_s.arg(id)};
+    return dno;
+}
+
+// "3" or "3/text".
+void ReadAnswer(const Survey& survey, int q, const QString& word, Answers& answers) {
+    const qsizetype slash = word.indexOf(u'/');
+    const QString number = slash < 0 ? word : word.left(slash);
+    bool ok = false;
+    const int c = number.toInt(&ok);
+    if (!ok) RefuseUsage(u"回答「%1」は番号でも「番号/記述」でもありません"_s.arg(word));
+    const QuestionRec& question = survey.Questions[q];
+    if (c < 1 || c >= question.ChoiceCount)
+        throw Refusal{u"Q%1 に選択肢 %2 はありません（1から%3まで）"_s.arg(q + 1).arg(c).arg(question.ChoiceCount - 1)};
+    if (slash >= 0 && !survey.Choices(c, q).Has(kEssay))
+        throw Refusal{u"Q%1 の選択肢 %2 は記述付きではありません"_s.arg(q + 1).arg(c)};
+    answers.choices[answers.count] = static_cast<qint16>(c);
+    answers.texts[answers.count] = slash < 0 ? QString() : word.mid(slash + 1);
+    ++answers.count;
+}
+
+Answers ReadAnswers(const Survey& survey, int q, const QStringList& words) {
+    Answers answers;
+    if (words == QStringList(u"0"_s)) return answers;
+    if (words.size() > survey.Questions[q].Anum)
+        throw Refusal{u"Q%1 の回答は%2つまでです"_s.arg(q + 1).arg(survey.Questions[q].Anum)};
+    for (const QString& word : words)
+        ReadAnswer(survey, q, word, answers);
+    return answers;
+}
+
+void Store(Survey& survey, qint32 dno, int q, const Answers& answers) {
+    if (answers.count == 0) {
+        const qint16 none = 0;
+        SetAnswers(survey, dno, q, 1, &none);
+    } else {
+        SetAnswersEssay(survey, dno, q, answers.count, answers.choices.data(), answers.texts.data());
+    }
+    // Texts of answers that are gone would come back with the next answer at their place.
+    if (HasEssaySlots(survey, q))
+        for (int i = answers.count; i < survey.Questions[q].Anum; ++i)
+            survey.Samples.SetEssay(dno, survey.QIdx[q].EssayStart + i, QString());
+}
+
+}  // namespace
+
+int RunGet(const QStringList& arguments, StandardOutput& out) {
+    VerbLine line(u"get"_s,
+                  u"サンプル ID の質問 Q への回答を、1行に1つ「番号」か「番号/記述」で表示します。"_s
+                  u"無回答は 0 です。"_s);
+    line.SetArguments(u"FILE ID Q"_s, 3, 3);
+    line.AddSurveyOptions();
+    if (!line.Parse(arguments, out)) return kDone;
+
+    OpenedSurvey opened(line, line.Arguments()[0], Access::Show);
+    const Survey& survey = opened.Data();
+    const int q = QuestionArgument(survey, line.Arguments()[2]);
+    const qint32 dno = SampleArgument(survey, line.Arguments()[1]);
+    Answers answers;
+    GetAnswersEssay(survey, dno, q, answers.count, answers.choices.data(), answers.texts.data());
+    QString text = answers.count == 0 ? u"0\n"_s : QString();
+    for (int i = 0; i < answers.count; ++i) {
+        text += QString::number(answers.choices[i]);
+        if (!answers.texts[i].isEmpty()) text += u'/' + answers.texts[i];
+        text += u'\n';
+    }
+    out.Print(text);
+    return kDone;
+}
+
+int RunSet(const QStringList& arguments, StandardOutput& out) {
+    VerbLine line(u"set"_s,
+                  u"サンプル ID の質問 Q への回答を ANSWER に置き換えて保存します。"_s
+                  u"ANSWER は「番号」か「番号/記述」、0 だけなら無回答にします。"_s
+                  u"元のファイルは拡張子 qb~ で残ります。"_s);
+    line.SetArguments(u"FILE ID Q ANSWER..."_s, 4, -1);
+    line.AddSurveyOptions();
+    if (!line.Parse(arguments, out)) return kDone;
+
+    OpenedSurvey opened(line, line.Arguments()[0], Access::Change);
+    Survey& survey = opened.Data();
+    const int q = QuestionArgument(survey, line.Arguments()[2]);
+    const qint32 dno = SampleArgument(survey, line.Arguments()[1]);
+    Store(survey, dno, q, ReadAnswers(survey, q, line.Arguments().mid(3)));
+    opened.Session().ChangedOn();
+    return SurveySave(opened.Session(), opened.Path()) ? kDone : kRefused;
+}
+
+}  // namespace quibra

@@ -1,0 +1,43 @@
+// The user at a terminal: messages and questions go to standard error, and nobody is waited for. A question gets the
+// safe answer, or Yes and OK when the user has said so beforehand; windows that pick something count as cancelled.
+#pragma once
+
+#include "core/user_interface.h"
+
+namespace quibra {
+
+class ConsoleInterface : public UserInterface {
+  public:
+    // `assumeYes` answers every question with Yes or OK.
+    explicit ConsoleInterface(bool assumeYes);
+    ~ConsoleInterface() override;
+
+    Answer Message(const QString& text, int style, const QString& title) override;
+    int AskBox(const QString& info1, const QString& info2, const QString& func1, const QString& func2) override;
+    bool InputBox(const QString& title, const QString& name, const QString& range, const QString& caution,
+                  QString& text) override;
+    int QuestionBox(const QString& info, const QStringList& questions, int first) override;
+    bool QuestionsBox(const QString& info, const QStringList& questions, QList<bool>& selected) override;
+    QString DirBox() override { return QString(); }
+    QString FileBox(const QString&, const QString&, bool) override { return QString(); }
+
+    // One line that is written over and over, and only where somebody can see it.
+    void ProgressOpen(const ProgressSpec& spec) override;
+    bool Progress(const QString& text, double fraction) override;
+    void ProgressClose() override;
+
+    void Beep() override {}
+    void Busy(bool) override {}
+    void LetEventsRun() override {}
+    void HelpContext(int) override {}
+
+  private:
+    void ClearLine();
+
+    bool assumeYes_;
+    bool terminal_;
+    bool lineShown_ = false;
+    QString progressTitle_;
+};
+
+}  // namespace quibra

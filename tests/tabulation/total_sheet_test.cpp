@@ -1,0 +1,319 @@
+#include "tabulation/total_sheet.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "core/answer_store.h"
+#include "sheet_rig.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+TEST(TotalSheet, SimpleTotalOfTenSamplesCellByCell) {
+    SurveyBuilder builder = FruitSurvey();
+    SheetRig rig(builder.Get());
+    rig.sheet.RunTotal();
+    EXPECT_FALSE(rig.sheet.chkTotaled) << "a view command before the first total does nothing";
+    rig.sheet.DoTotal(TableOf(0, 0));
+    EXPECT_EQ(rig.Rows(0, rig.sheet.grid.Rows() - 1), QStringList({
+                                                          u"||||"_s,
+                                                          u" どちらが好きですか||||"_s,
+                                                          u"[全体の限定]|条件なし|||"_s,
+                                                          u"[個別の限定]|条件なし|||"_s,
+                                                          u"りんご|6|60.0%||"_s,
+                                                          u"みかん|3|30.0%||"_s,
+                                                          u"無回答|1|10.0%||"_s,
+                                                          u"[人数]|10|100.0%||"_s,
+                                                          u"||||"_s,
+                                                      }));
+    EXPECT_LT(rig.sheet.RowCode(0, 1), 0);
+    EXPECT_EQ(rig.sheet.RowCode(0, 5), PackPosition(0, 2));
+    EXPECT_EQ(rig.sheet.RowCode(0, 7), 0);
+    EXPECT_EQ(rig.sheet.RowCode(0, 8), -32768);
+    EXPECT_EQ(rig.monitor.percents, QStringList({u"0%"_s, u"100%"_s}));
+    EXPECT_EQ(rig.monitor.lastPass, u"質問:Q0/Q0まで  限定条件:1/1"_s);
+    EXPECT_FALSE(rig.monitor.running);
+    EXPECT_EQ(rig.monitor.redrawOff, 0);
+    EXPECT_TRUE(rig.ui.transcript.isEmpty());
+}
+
+TEST(TotalSheet, CrossInEveryViewAndBackWithoutCountingAgain) {
+    SurveyBuilder builder = FruitSurvey();
+    SheetRig rig(builder.Get());
+    TotalOption option = TableOf(0, 0, 1);
+    SetCrossQuestion(option, builder.Get(), 1);
+    rig.sheet.DoTotal(option);
+    const QStringList both{
+        u" どちらが好きですか(1位)||||||||||"_s,    u"[全体の限定]|条件なし|||||||||"_s,
+        u"[個別の限定]|男|||女|||無回答|||"_s,      u"りんご|3|60.0%||3|75.0%||0|0.0%||"_s,
+        u"みかん|2|40.0%||0|0.0%||1|100.0%||"_s,    u"無回答|0|0.0%||1|25.0%||0|0.0%||"_s,
+        u"[人数]|5|100.0%||4|100.0%||1|100.0%||"_s,
+    };
+    EXPECT_EQ(rig.Rows(1, 7), both);
+    EXPECT_EQ(rig.sheet.ViewFlags, 3 + 8);
+
+    // The answers change behind the table's back: only a new total may see it.
+    const qint16 none = 0;
+    SetAnswers(builder.Get(), 0, 0, 0, &none);
+    rig.sheet.view = {.percent = TotalView::PercentOnly, .sort = true, .space = false};
+    rig.sheet.RunTotal();
+    EXPECT_EQ(rig.Rows(3, 7), QStringList({
+                                  u"[個別の限定]|男|[個別の限定]|女|[個別の限定]|無回答"_s,
+                                  u"りんご|60.0%|りんご|75.0%|みかん|100.0%"_s,
+                                  u"みかん|40.0%|無回答|25.0%|りんご|0.0%"_s,
+                                  u"無回答|0.0%|みかん|0.0%|無回答|0.0%"_s,
+                                  u"[人数]|100.0%|[人数]|100.0%|[人数]|100.0%"_s,
+                              }));
+    EXPECT_EQ(rig.sheet.ViewFlags, 2 + 4);
+    rig.sheet.view.percent = TotalView::CountsOnly;
+    rig.sheet.RunTotal();
+    EXPECT_EQ(rig.Row(4).join(u'|'), u"りんご|3|りんご|3|みかん|1"_s);
+    EXPECT_EQ(rig.monitor.reports, 0);
+    rig.sheet.view = {};
+    rig.sheet.RunTotal();
+    EXPECT_EQ(rig.Rows(1, 7), both);
+    rig.sheet.DoTotal(option);
+    EXPECT_EQ(rig.Row(4).join(u'|'), u"りんご|2|40.0%||3|75.0%||0|0.0%||"_s);
+}
+
+TEST(TotalSheet, PredefinedConditionsBecomeColumnsAndTheWholeLimitStandsOnce) {
+    SurveyBuilder builder = FruitSurvey();
+    SheetRig rig(builder.Get());
+    TotalOption option = TableOf(1, 2, 2);
+    SetCrossPreLimit(option, builder.Get());
+    option.Limits(0, 0).b = 1 << 3;
+    rig.sheet.view.space = false;
+    rig.sheet.DoTotal(option);
+    EXPECT_EQ(rig.sheet.ExLimitText, u"女"_s);
+    EXPECT_EQ(rig.sheet.LimitTexts, QStringList({u"女"_s, u"りんご，除く男"_s}));
+    // Nobody has a second answer to a question of one; two of the three women asked have none to the other either.
+    EXPECT_EQ(rig.Rows(4, 7), QStringList({u"男|0|0.0%|0|0.0%"_s, u"女|0|0.0%|0|0.0%"_s, u"無回答|4|100.0%|3|100.0%"_s,
+                                           u"[人数]|4|100.0%|3|100.0%"_s}));
+    EXPECT_EQ(rig.Row(9).join(u'|'), u" どの店で［2つまで］(2位)||||"_s);
+    EXPECT_EQ(rig.Row(12).join(u'|'), u"回数|1|33.3%|1|33.3%"_s);
+    EXPECT_EQ(rig.Row(17).join(u'|'), u"[人数]|3|100.0%|3|100.0%"_s);
+    // Only as many columns as limits, in their widths; the heading row is high.
+    EXPECT_EQ(rig.sheet.grid.Columns(), 5);
+    EXPECT_EQ(rig.sheet.grid.RowHeight(9), 400);
+    SetCrossPreLimit(option, SurveyBuilder().Get());
+    EXPECT_EQ(option.LimitCount, 1);
+    EXPECT_EQ(option.Limits(1, 1).a, 0);
+}
+
+TEST(TotalSheet, DraggedColumnWidthsCarryOverToTheNextResult) {
+    SurveyBuilder builder = FruitSurvey();
+    SheetRig rig(builder.Get());
+    rig.sheet.FontScale = 2;
+    rig.sheet.DoTotal(TableOf(0, 0));
+    // A first table starts from the grid's own widths, but for the percentages, of which it has shown no column yet.
+    EXPECT_EQ(rig.widths, (ColumnWidths{500, 500, 800, 0, 0, 1000, 1000, 1400, 2600, 1400}));
+    EXPECT_EQ(rig.sheet.grid.ColumnWidth(2), 1600);
+    EXPECT_EQ(rig.sheet.grid.ColumnWidth(3), 100);
+    EXPECT_EQ(rig.sheet.grid.Alignment(0), CellAlignment::LeftTop);
+    rig.sheet.grid.SetColumnWidth(0, 3001);
+    rig.sheet.grid.SetColumnWidth(2, 901);
+    rig.sheet.view.percent = TotalView::CountsOnly;
+    rig.sheet.RunTotal();
+    rig.sheet.view.percent = TotalView::CountsAndPercent;
+    rig.sheet.RunTotal();
+    EXPECT_EQ(rig.widths[0], 1500);
+    EXPECT_EQ(rig.widths[2], 450) << "the blank column of the view without percentages is no width of theirs";
+    TotalOption essays = TableOf(2, 2);
+    essays.TotalKind = kEssayList;
+    rig.sheet.DoTotal(essays);
+    EXPECT_EQ(rig.widths, (ColumnWidths{1500, 500, 450, 0, 0, 500, 500, 500, 500, 1400}));
+}
+
+// Many samples of one question, choices 1 to 4 in turn.
+SurveyBuilder LongSurvey(int samples) {
+    SurveyBuilder builder;
+    for (int q = 0; q < 2; ++q)
+        builder.Question(u"q"_s, u"b"_s, 1, {u"1"_s, u"2"_s, u"3"_s, u"4"_s});
+    for (int i = 0; i < samples; ++i)
+        builder.Sample({{i % 4 + 1}, {i % 4 + 1}});
+    return builder;
+}
+
+TEST(TotalSheet, CancelKeepsWhatTheWalkHadReachedAndShowsOnlyWholeBlocks) {
+    SurveyBuilder builder = LongSurvey(3500);
+    TotalOption option = TableOf(0, 1);
+    SetCrossQuestion(option, builder.Get(), 1);
+    SheetRig rig(builder.Get());
+    // Reports of a walk: at 0, 1000, 2000, 3000 samples and at its end. The 8th is the second question's at 2000.
+    rig.monitor.cancelAtReport = 8;
+    rig.sheet.DoTotal(option);
+    EXPECT_EQ(rig.monitor.percents.mid(0, 9).join(u' '), u"0% 29% 57% 86% 100% 0% 29% 57% 100%"_s);
+    // Each further limit is entered, and left at the first report of its first question.
+    EXPECT_EQ(rig.monitor.percents.mid(9).join(u' '), u"0% 100% 0% 100% 0% 100% 0% 100%"_s);
+    EXPECT_TRUE(rig.sheet.chkTotaled);
+    const int second = rig.sheet.RowStart(1);
+    EXPECT_EQ(rig.sheet.Counts(0, rig.sheet.RowStart(0) + 8), 875);
+    EXPECT_EQ(rig.sheet.Counts(0, second + 8), 500);
+    EXPECT_EQ(rig.sheet.Counts(0, second + 3), 500);
+    EXPECT_EQ(rig.sheet.Counts(1, rig.sheet.RowStart(0) + 8), 0);
+    EXPECT_EQ(rig.Row(4).at(1), u"875"_s);
+    EXPECT_EQ(rig.Row(second).at(0), QString());
+    EXPECT_EQ(rig.Row(3).at(4), QString());
+    // A view command shows the partial table without a new count.
+    rig.monitor.cancelAtReport = 0;
+    rig.sheet.view.sort = true;
+    rig.sheet.RunTotal();
+    EXPECT_EQ(rig.monitor.reports, 0);
+    EXPECT_EQ(rig.Row(second + 3).mid(0, 3).join(u'|'), u"1|500|100.0%"_s);
+    EXPECT_EQ(rig.Row(second + 8).mid(0, 3).join(u'|'), u"[人数]|500|100.0%"_s);
+    rig.monitor.cancelAtReport = 1;
+    rig.sheet.DoTotal(TableOf(0, 0));
+    EXPECT_EQ(rig.sheet.Counts(0, 9), 0);
+    EXPECT_TRUE(rig.sheet.chkTotaled);
+}
+
+TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
+    SurveyBuilder builder;
+    QStringList choices(94, u"c"_s);
+    for (int q = 0; q < 25; ++q)
+        builder.Question(u"名%1"_s.arg(q), u"本文"_s, 2, choices);
+    builder.Sample({{1}});
+    SheetRig rig(builder.Get());
+    // Blocks of 100 rows from row 1 on: the 20th ends in front of row 2001.
+    rig.sheet.DoTotal(TableOf(0, 24));
+    EXPECT_EQ(rig.ui.transcript.join(u'\n'),
+              u"message 48 %1: Q19 名18 本文［2つまで］までしかリストに入りません。 -> Ok"_s.arg(
+                  UserInterface::DefaultTitle()));
+    EXPECT_EQ(rig.sheet.option.ToQno, 18);
+    EXPECT_EQ(rig.sheet.RowStart(18), 1801);
+    EXPECT_EQ(rig.sheet.RowStart(19), 2001);
+    EXPECT_EQ(rig.sheet.grid.Rows(), 2001);
+    EXPECT_EQ(rig.Row(1899).at(0), u"[人数]"_s);
+    EXPECT_EQ(rig.Rows(1900, 2000).join(QString()).remove(u'|'), QString());
+    rig.ui.transcript.clear();
+    rig.sheet.DoTotal(TableOf(0, 18));
+    EXPECT_TRUE(rig.ui.transcript.isEmpty());
+}
+
+TEST(TotalSheet, RoughTotalVisitsAboutTwoHundredSamplesAndSmallSurveysWhole) {
+    SurveyBuilder small = LongSurvey(150);
+    SheetRig whole(small.Get());
+    TotalOption option = TableOf(0, 0);
+    option.Rough = true;
+    whole.sheet.DoTotal(option);
+    EXPECT_EQ(whole.Row(9).join(u'|'), u"[粗集計人数]|150|100.0%||"_s);
+    SurveyBuilder large = LongSurvey(20000);
+    SheetRig rig(large.Get());
+    rig.sheet.DoTotal(option);
+    const qint32 persons = rig.sheet.Counts(0, 9);
+    EXPECT_GT(persons, 150);
+    EXPECT_LT(persons, 260);
+    EXPECT_EQ(rig.monitor.percents.first(), u"0%"_s);
+}
+
+TEST(TotalSheet, DamagedAnswersEndInTheToldMessageNotInACrash) {
+    SurveyBuilder builder = FruitSurvey();
+    Survey& survey = builder.Get();
+    SheetRig rig(survey);
+    rig.sheet.DoTotal(TableOf(0, 1));
+    survey.Questions[1].ChoiceCount = 100;  // the definition no longer fits the rows that were counted
+    rig.sheet.view.percent = TotalView::CountsOnly;
+    rig.sheet.RunTotal();
+    EXPECT_EQ(rig.ui.transcript.size(), 1);
+    EXPECT_TRUE(rig.ui.transcript.first().contains(u"結果表示の際にエラーが起きました。集計結果ファイルが"_s));
+    EXPECT_EQ(rig.monitor.redrawOff, 0);
+    EXPECT_EQ(rig.Row(4).at(1), u"6"_s);
+}
+
+// What a table means, told over plain answers.
+struct PlainSurvey {
+    std::vector<std::vector<std::vector<int>>> samples;  // by sample, question, position
+
+    // `line` names an answer that is required, or excluded (kind 4); at any position when its rank is 0.
+    bool Meets(size_t dno, const LimitLine& line) const {
+        const std::vector<int>& answers = samples[dno][static_cast<size_t>(line.b / 128)];
+        const int choice = line.b % 128;
+        const size_t rank = static_cast<size_t>(line.a / 16);
+        bool has = rank > 0 ? rank <= answers.size() && answers[rank - 1] == choice
+                            : std::ranges::find(answers, choice) != answers.end();
+        if (rank <= 1 && choice == 0 && answers.empty()) has = true;
+        return has == (line.a % 16 == 3);
+    }
+};
+
+TEST(TotalSheet, RandomTotalsAgreeWithPlainCounting) {
+    std::mt19937 random(20);
+    const auto pick = [&](int from, int to) { return std::uniform_int_distribution(from, to)(random); };
+    for (int round = 0; round < 150; ++round) {
+        SurveyBuilder builder;
+        PlainSurvey plain;
+        const int questions = pick(1, 5);
+        std::vector<int> choices, answers;
+        for (int q = 0; q < questions; ++q) {
+            choices.push_back(pick(1, q == 0 ? 127 : 9));
+            answers.push_back(pick(1, 4));
+            builder.Question(u"n"_s, u"b"_s, answers.back(), QStringList(choices.back(), u"c"_s));
+        }
+        const auto line = [&] {
+            const int q = pick(0, questions - 1);
+            return SurveyBuilder::Line(pick(3, 4), q, pick(0, choices[static_cast<size_t>(q)]), pick(0, 2));
+        };
+        std::vector<std::vector<LimitLine>> ofQuestion(static_cast<size_t>(questions));
+        for (int q = 1; q < questions; ++q) {
+            if (pick(0, 1)) continue;
+            ofQuestion[static_cast<size_t>(q)] = {line()};
+            builder.QuestionLimit(q, {ofQuestion[static_cast<size_t>(q)][0]});
+        }
+        for (int i = pick(0, 300); i > 0; --i) {
+            std::vector<std::vector<GivenAnswer>> given;
+            std::vector<std::vector<int>> sample;
+            for (size_t q = 0; q < choices.size(); ++q) {
+                sample.emplace_back();
+                for (int k = pick(0, answers[q]); k > 0; --k)
+                    sample.back().push_back(pick(1, choices[q]));
+                given.emplace_back(sample.back().begin(), sample.back().end());
+            }
+            builder.Sample(given);
+            plain.samples.push_back(sample);
+        }
+        TotalOption option = TableOf(pick(0, questions - 1), questions - 1, pick(0, 3));
+        SetCrossQuestion(option, builder.Get(), pick(0, questions - 1));
+        const LimitLine wholeLimit = line();
+        if (pick(0, 1)) option.Limits(1, 0) = wholeLimit;
+        SheetRig rig(builder.Get());
+        rig.sheet.view.sort = pick(0, 1);
+        rig.sheet.DoTotal(option);
+        for (int q = option.FromQno; q < questions; ++q) {
+            for (int L = 0; L < option.LimitCount; ++L) {
+                std::vector<qint32> counts(128);
+                qint32 persons = 0;
+                for (size_t dno = 0; dno < plain.samples.size(); ++dno) {
+                    std::vector<LimitLine> lines = ofQuestion[static_cast<size_t>(q)];
+                    if (option.Limits(1, 0).a != 0) lines.push_back(wholeLimit);
+                    lines.push_back(option.Limits(1, L + 1));
+                    if (!std::ranges::all_of(lines, [&](const LimitLine& each) { return plain.Meets(dno, each); }))
+                        continue;
+                    ++persons;
+                    std::vector<int> counted = plain.samples[dno][static_cast<size_t>(q)];
+                    const size_t rank = static_cast<size_t>(option.Rank);
+                    if (rank > 0)
+                        counted = rank <= counted.size() ? std::vector{counted[rank - 1]} : std::vector<int>{};
+                    if (counted.empty()) counted = {0};
+                    for (const int c : counted)
+                        ++counts[static_cast<size_t>(c)];
+                }
+                const std::vector<TotalSheet::BlockRow> block = rig.sheet.Block(q, L);
+                ASSERT_EQ(block.size(), static_cast<size_t>(choices[static_cast<size_t>(q)]) + 2);
+                ASSERT_EQ(block.back().Figure, persons) << round << ' ' << q << ' ' << L;
+                for (size_t i = 0; i + 1 < block.size(); ++i) {
+                    ASSERT_EQ(block[i].Figure, counts[static_cast<size_t>(PositionAnswer(block[i].RowCode))])
+                        << round << ' ' << q << ' ' << L;
+                    const bool ordered = !rig.sheet.view.sort || i == 0 || block[i].Figure <= block[i - 1].Figure;
+                    ASSERT_TRUE(ordered);
+                }
+                const int column = rig.sheet.ColStart(L) + (L == 0 || rig.sheet.view.sort ? 1 : 0);
+                ASSERT_EQ(rig.sheet.grid.Text(column, rig.sheet.RowStart(q) + 3), QString::number(block[0].Figure));
+            }
+        }
+    }
+}
+
+}  // namespace quibra
