@@ -12,3 +12,14 @@ function(quibra_library name)
   target_link_libraries(quibra_${name} PUBLIC Qt6::Core ${ARG_LINK})
   target_precompile_headers(quibra_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/quibra_pch.h)
 endfunction()
+
+# quibra_windows(NAME SOURCES... LINK ...)
+#
+# One folder's windows: a static library quibra_NAME_windows over the folder's logic, quibra_ui and Qt6::Widgets. Each
+# window is frm_name.h, .cpp and .ui.
+function(quibra_windows name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(quibra_${name}_windows STATIC ${ARG_SOURCES})
+  set_target_properties(quibra_${name}_windows PROPERTIES AUTOMOC ON AUTOUIC ON)
+  target_link_libraries(quibra_${name}_windows PUBLIC quibra_${name} quibra_ui ${ARG_LINK})
+endfunction()

@@ -84,16 +84,17 @@ TEST(EssayList, SheetShowsRowsReferencesAndTheAverage) {
     option.Rank = 1;
     option.Limits(1, 0) = SurveyBuilder::Line(4, 1, 2);
     rig.sheet.DoTotal(option);
-    EXPECT_EQ(rig.Rows(1, rig.sheet.grid.Rows() - 1), QStringList({
-                                                          u"店 （果物(1)りんご又は果物(2)みかんの人）どの店で［2つまで］|||||||||"_s,
-                                                          u"[全体の限定]|りんご又はみかん，除く女|1位|参照回答||||||"_s,
-                                                          u"ＩＤ|選択肢|記述文| 性別は| どの店で［2つまで］|||||"_s,
-                                                          u"1|回数|12|男|回数, 店番|||||"_s,
-                                                          u"4|回数|0|男|回数|||||"_s,
-                                                          u"5|回数|なし||回数, 店番|||||"_s,
-                                                          u"9|その他|畑|男|その他, 買わない|||||"_s,
-                                                          u"のべ4人|平均 |3|||||||"_s,
-                                                      }));
+    EXPECT_EQ(rig.Rows(1, rig.sheet.grid.Rows() - 1),
+              QStringList({
+                  u"店 （果物(1)りんご又は果物(2)みかんの人）どの店で［2つまで］|||||||||"_s,
+                  u"[全体の限定]|りんご又はみかん，除く女|1位|参照回答||||||"_s,
+                  u"ＩＤ|選択肢|記述文| 性別は| どの店で［2つまで］|||||"_s,
+                  u"1|回数|12|男|回数, 店番|||||"_s,
+                  u"4|回数|0|男|回数|||||"_s,
+                  u"5|回数|なし||回数, 店番|||||"_s,
+                  u"9|その他|畑|男|その他, 買わない|||||"_s,
+                  u"のべ4人|平均 |3|||||||"_s,
+              }));
     EXPECT_EQ(rig.sheet.ExLimitText, u"除く女"_s);
     EXPECT_EQ(rig.sheet.grid.ColumnWidth(4), 1400);
     EXPECT_EQ(rig.sheet.grid.Alignment(1), CellAlignment::LeftCenter);

@@ -1,0 +1,23 @@
+// What every window of the program has in common. A window is a QWidget (or QDialog) with a .ui file; its constructor
+// calls SetUpForm once behind setupUi.
+#pragma once
+
+#include <QWidget>
+
+namespace quibra {
+
+class UserInterface;
+
+// Makes `window` one of the program's windows: F1 opens help topic `helpTopic`, controls without an accessible name get
+// their caption's or buddy's, buttons of one row get one width, Escape closes a dialog. `ui` must outlive the window.
+void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic);
+
+// The program's windows that are open, in the order of their making. Progress disables and enables these.
+QList<QWidget*> OpenForms();
+// Closes all of them but those named by objectName.
+void WindowsCloseAll(const QStringList& except);
+
+// In the middle of the screen.
+void WinCenter(QWidget* window);
+
+}  // namespace quibra

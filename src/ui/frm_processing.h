@@ -1,0 +1,5 @@
+#pragma once
+#include <QWidget>
+namespace quibra {
+class FrmProcessing : public QWidget {};
+}  // namespace quibra

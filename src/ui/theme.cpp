@@ -1,0 +1,4 @@
+#include "ui/theme.h"
+namespace quibra {
+void SetUpApplication(QApplication&) {}
+}  // namespace quibra

@@ -1,0 +1,1 @@
+#include "ui/window_place.h"
