@@ -16,6 +16,16 @@ T TakeOr(std::deque<T>& queue, T safe) {
     return answer;
 }
 
+// Gives `value` the answer; false, and the value stays, when there is none or it is Cancel.
+template <typename T>
+bool Take(std::deque<std::optional<T>>& queue, T& value) {
+    if (queue.empty()) return false;
+    const bool answered = queue.front().has_value();
+    if (answered) value = *queue.front();
+    queue.pop_front();
+    return answered;
+}
+
 QString NameOf(Answer answer) {
     switch (answer) {
         case Answer::Ok:
@@ -65,11 +75,12 @@ int ScriptedInterface::AskBox(const QString& info1, const QString& info2, const 
 
 bool ScriptedInterface::InputBox(const QString& title, const QString& name, const QString& range,
                                  const QString& caution, QString& text) {
-    const std::optional<QString> answer = TakeOr<std::optional<QString>>(inputAnswers, std::nullopt);
+    QString typed;
+    const bool answered = Take(inputAnswers, typed);
     Note(u"input "_s + QStringList{title, name, range, caution, text}.join(u" | "_s) + u" -> "_s +
-         answer.value_or(u"cancel"_s));
-    text = answer.value_or(QString());
-    return answer.has_value();
+         (answered ? typed : u"cancel"_s));
+    text = typed;
+    return answered;
 }
 
 int ScriptedInterface::QuestionBox(const QString& info, const QStringList& questions, int first) {
@@ -79,14 +90,12 @@ int ScriptedInterface::QuestionBox(const QString& info, const QStringList& quest
 }
 
 bool ScriptedInterface::QuestionsBox(const QString& info, const QStringList& questions, QList<bool>& selected) {
-    const auto answer = TakeOr<std::optional<QList<bool>>>(questionsAnswers, std::nullopt);
+    const bool answered = Take(questionsAnswers, selected);
     QString marks;
-    if (answer)
-        for (const bool on : *answer)
-            marks += on ? u'1' : u'0';
-    Note(u"questions "_s + info + u" of %1 -> "_s.arg(questions.size()) + (answer ? marks : u"cancel"_s));
-    if (answer) selected = *answer;
-    return answer.has_value();
+    for (const bool on : selected)
+        marks += on ? u'1' : u'0';
+    Note(u"questions "_s + info + u" of %1 -> "_s.arg(questions.size()) + (answered ? marks : u"cancel"_s));
+    return answered;
 }
 
 QString ScriptedInterface::DirBox() {
