@@ -30,6 +30,12 @@ QString LoadFailure(const QString& errorText, const QString& path) {
            u"\\r\\n今まで扱っていたデータも破壊されているので保存はしないで下さい。 -> Ok"_s;
 }
 
+// A literal with its zero bytes.
+template <size_t Size>
+QByteArray Bytes(const char (&literal)[Size]) {
+    return QByteArray(literal, Size - 1);
+}
+
 // The bytes of a page file whose survey lies at `base`.
 QByteArray PageBytes(const QString& base) {
     QByteArray bytes;
@@ -259,7 +265,7 @@ TEST_F(SurveyFile, WithoutAWholeMagicItIsNoFileOfOurs) {
     for (int length = 0; length < 4 + 33; ++length)
         refused(Put(u"cut.qb"_s, whole.first(length)));
     for (const int length : {0, -1, 1024})
-        refused(Put(u"length.qb"_s, QByteArray("\0\0", 2) + QByteArray(1, static_cast<char>(length)) +
+        refused(Put(u"length.qb"_s, Bytes("\0\0") + QByteArray(1, static_cast<char>(length)) +
                                         QByteArray(1, static_cast<char>(length >> 8)) + whole.mid(4)));
 
     const QString missing = folder.filePath(u"missing.qb"_s);
@@ -272,7 +278,7 @@ TEST_F(SurveyFile, WithoutAWholeMagicItIsNoFileOfOurs) {
     ByteWriter out(head);
     WriteFileHead(out, kSurvey1002, user);
     out.Flush();
-    EXPECT_EQ(head, QByteArray("\0\0", 2));
+    EXPECT_EQ(head, Bytes("\0\0"));
     EXPECT_EQ(user.transcript.last(), u"message 0 クイブラ: ファイルの形式が正しく書き込めませんでした -> Ok"_s);
 }
 
@@ -331,7 +337,7 @@ TEST_F(SurveyFile, OptionalFieldsBehindTheSamplesMayBeAbsent) {
     EXPECT_EQ(session.survey.EssayFull, 0);
 
     // One field only, and flags of which the first and third are neither on nor off.
-    ASSERT_EQ(load(samplesOnly + QByteArray("\1\0\2\0\2\0xy\7\0\1\0\3\0\1\0\0\0", 18)), kLoaded);
+    ASSERT_EQ(load(samplesOnly + Bytes("\1\0\2\0\2\0xy\7\0\1\0\3\0\1\0\0\0")), kLoaded);
     EXPECT_EQ(session.survey.DistName, u"xy"_s);
     EXPECT_EQ(session.survey.DistQno, 0);
     EXPECT_FALSE(session.survey.LineFlag[0]);
@@ -343,7 +349,7 @@ TEST_F(SurveyFile, OptionalFieldsBehindTheSamplesMayBeAbsent) {
 TEST_F(SurveyFile, NewSurveyIsWrittenAsTheFormatTells) {
     session.NewSurvey();
     const QByteArray bytes = WriteSurveyBytes(session.survey);
-    QByteArray expected("\0\0\x21\0", 4);
+    QByteArray expected = Bytes("\0\0\x21\0");
     for (const char c : "9.59 ecniS elifataD arbiuQ romleV"_ba)
         expected += static_cast<char>(~c);
     const auto text = [](const QByteArray& t) {
@@ -352,18 +358,16 @@ TEST_F(SurveyFile, NewSurveyIsWrittenAsTheFormatTells) {
         return length + length + t;
     };
     expected += text("\x90\x56\x8b\x4b\x83\x41\x83\x93\x83\x50\x81\x5b\x83\x67"_ba);
-    expected +=
-        QByteArray(2, 0) + QByteArray(2, 0) + text("\x81\x96\x81\x96\x81\x96\x81\x96"_ba) + QByteArray("\1\0", 2);
+    expected += QByteArray(2, 0) + QByteArray(2, 0) + text("\x81\x96\x81\x96\x81\x96\x81\x96"_ba) + Bytes("\1\0");
     const QByteArray question =
         "\x8e\xbf\x96\xe2"
         "1\r\x8e\xbf\x96\xe2\x95\xb6\x82\xcd\x82\xb1\x82\xb1\x82\xc5\x8f\x91\x82\xab\x8d\x9e\x82\xf1"
         "\x82\xc5\x82\xa2\x82\xad\xa5\xa5\xa5\r"_ba;
-    expected += text(question + QByteArray(128 - 22, ' ')) + QByteArray(4, 0) + QByteArray("\1\0\0\0\2\0", 6);
+    expected += text(question + QByteArray(128 - 22, ' ')) + QByteArray(4, 0) + Bytes("\1\0\0\0\2\0");
     expected +=
         text("\x91\x49\x91\xf0\x8e\x88\x82\xcd\x82\xb1\x82\xb1\x82\xc5\xa5\xa5\xa5\r0\r0"_ba) + QByteArray(2, 0);
-    expected += QByteArray("\x0f\0", 2) + QByteArray(64, 0) + QByteArray(4, 0) + QByteArray("\x0f\0", 2);
-    expected +=
-        QByteArray(4, 0) + QByteArray("\3\0", 2) + text("newfile"_ba) + QByteArray(4, 0) + QByteArray(2, 0) + text({});
+    expected += Bytes("\x0f\0") + QByteArray(64, 0) + QByteArray(4, 0) + Bytes("\x0f\0");
+    expected += QByteArray(4, 0) + Bytes("\3\0") + text("newfile"_ba) + QByteArray(4, 0) + QByteArray(2, 0) + text({});
     EXPECT_EQ(bytes.toHex(), expected.toHex());
 }
 
@@ -372,12 +376,12 @@ TEST_F(SurveyFile, PasswordIsSquares) {
     ByteWriter out(bytes);
     WriteSquareStr(out, u"aｱ"_s);
     out.Flush();
-    EXPECT_EQ(bytes, QByteArray("\2\0\x61\xfa\xc1\xa4", 6));  // 177 squared - 32768, 97 squared - 32768
+    EXPECT_EQ(bytes, Bytes("\2\0\x61\xfa\xc1\xa4"));  // 177 squared - 32768, 97 squared - 32768
     ByteReader in(bytes);
     EXPECT_EQ(ReadSquareStr(in), u"aｱ"_s);
     EXPECT_THROW(WriteSquareStr(out, u"あ"_s), RuntimeError);
 
-    const QByteArray many("\xe9\x03zz", 4);  // 1001
+    const QByteArray many = Bytes("\xe9\x03zz");  // 1001
     ByteReader tooMany(many);
     EXPECT_EQ(ReadSquareStr(tooMany), QString());
     EXPECT_EQ(tooMany.Remaining(), 2);
@@ -414,17 +418,17 @@ TEST_F(SurveyFile, TextsBelongToAnswersInEachGeneration) {
     };
     const char* const now = "Velmor Quibra Datafile Since 95.9";
     const char* const older = "Velmor Quibra Datafile Since 95.6";
-    const QByteArray two("\2\0\0\0\4\0\4\0zero\1\0\3\0\3\0one", 23);
+    const QByteArray two = Bytes("\2\0\0\0\4\0\4\0zero\1\0\3\0\3\0one");
     EXPECT_EQ(slotsOf(now, two), (QStringList{u"zero"_s, u"one"_s, u""_s}));
     // Choices 3 and 2 bear the texts: they are the question's first and second.
     EXPECT_EQ(slotsOf(older, two), (QStringList{u""_s, u"zero"_s, u"one"_s}));
     // Beyond the text-bearing answers a slot stays where it is, unless an answer's own text comes there.
-    EXPECT_EQ(slotsOf(older, QByteArray("\1\0\2\0\1\0\1\0x", 9)), (QStringList{u""_s, u""_s, u"x"_s}));
-    EXPECT_EQ(slotsOf(older, QByteArray("\2\0\1\0\1\0\1\0a\2\0\1\0\1\0x", 16)), (QStringList{u""_s, u""_s, u"a"_s}));
+    EXPECT_EQ(slotsOf(older, Bytes("\1\0\2\0\1\0\1\0x")), (QStringList{u""_s, u""_s, u"x"_s}));
+    EXPECT_EQ(slotsOf(older, Bytes("\2\0\1\0\1\0\1\0a\2\0\1\0\1\0x")), (QStringList{u""_s, u""_s, u"a"_s}));
     // The slot behind the last is a spare; nothing lies beyond it.
-    EXPECT_EQ(slotsOf(now, QByteArray("\1\0\3\0\1\0\1\0x", 9)), (QStringList{u""_s, u""_s, u""_s}));
+    EXPECT_EQ(slotsOf(now, Bytes("\1\0\3\0\1\0\1\0x")), (QStringList{u""_s, u""_s, u""_s}));
     for (const char slot : {'\4', '\377'}) {
-        const QByteArray essay = QByteArray("\1\0", 2) + slot + (slot < 0 ? '\377' : '\0') + QByteArray("\1\0\1\0x", 5);
+        const QByteArray essay = Bytes("\1\0") + slot + (slot < 0 ? '\377' : '\0') + Bytes("\1\0\1\0x");
         for (const char* magic : {now, older})
             EXPECT_THROW(slotsOf(magic, essay), RuntimeError);
     }
@@ -455,15 +459,15 @@ TEST_F(SurveyFile, NumbersBeyondTheArraysAreRefusedWithTheDeadState) {
     };
     QByteArray lines;
     for (int i = 0; i < 15; ++i)
-        lines += QByteArray("\1\0\0\0", 4);
+        lines += Bytes("\1\0\0\0");
     EXPECT_EQ(load(limitAt, lines.first(14 * 4), true), kLoaded);
     refused(kErrorSubscript, limitAt, lines, true);
-    refused(kErrorSubscript, questionCountAt, QByteArray("\xff\xff", 2));
-    refused(kErrorSubscript, questionCountAt, QByteArray("\x01\x01", 2));
-    refused(kErrorSubscript, limitAt + 4, QByteArray("\xff\xff", 2));  // Anum
-    refused(kErrorInvalidCall, limitAt + 8, QByteArray("\0\0", 2));    // ChoiceCount
-    refused(kErrorPastEnd, sampleCountAt, QByteArray("\xff\xff\xff\x7f", 4));
-    EXPECT_EQ(load(sampleCountAt, QByteArray("\xff\xff\xff\xff", 4)), kLoaded);
+    refused(kErrorSubscript, questionCountAt, Bytes("\xff\xff"));
+    refused(kErrorSubscript, questionCountAt, Bytes("\x01\x01"));
+    refused(kErrorSubscript, limitAt + 4, Bytes("\xff\xff"));  // Anum
+    refused(kErrorInvalidCall, limitAt + 8, Bytes("\0\0"));    // ChoiceCount
+    refused(kErrorPastEnd, sampleCountAt, Bytes("\xff\xff\xff\x7f"));
+    EXPECT_EQ(load(sampleCountAt, Bytes("\xff\xff\xff\xff")), kLoaded);
     EXPECT_EQ(session.survey.SampleCount(), 0);
 
     QByteArray starts;

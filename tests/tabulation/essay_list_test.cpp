@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "core/answer_store.h"
-#include "sheet_rig.h"
+#include "tabulation/sheet_rig.h"
 
 using namespace Qt::StringLiterals;
 

@@ -7,7 +7,7 @@
 #include <QJsonObject>
 
 #include "core/survey_file.h"
-#include "sheet_rig.h"
+#include "tabulation/sheet_rig.h"
 
 using namespace Qt::StringLiterals;
 

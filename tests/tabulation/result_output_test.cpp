@@ -5,8 +5,8 @@
 #include <random>
 
 #include "core/code_page.h"
-#include "sheet_rig.h"
 #include "tabulation/html_result.h"
+#include "tabulation/sheet_rig.h"
 #include "tabulation/total_json.h"
 
 using namespace Qt::StringLiterals;

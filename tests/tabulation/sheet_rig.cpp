@@ -1,4 +1,4 @@
-#include "sheet_rig.h"
+#include "tabulation/sheet_rig.h"
 
 using namespace Qt::StringLiterals;
 

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "core/answer_store.h"
-#include "sheet_rig.h"
+#include "tabulation/sheet_rig.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,5 +1,3 @@
-#include "core/survey_json.h"
-
 #include <QIODevice>
 #include <algorithm>
 #include <limits>
@@ -11,6 +9,7 @@
 
 #include "core/answer_store.h"
 #include "core/code_page.h"
+#include "core/survey_json.h"
 
 using namespace Qt::StringLiterals;
 
@@ -24,238 +23,6 @@ using Json = nlohmann::json;
 constexpr qsizetype kMaxFileText = std::numeric_limits<qint16>::max();
 constexpr int kMaxLines = 14;  // a list's closing line needs one of the 15
 constexpr QStringView kNoAnswerText = u"無回答";
-
-// Writing
-
-// Text on its way to the device. Nothing of the survey is held but one buffer.
-class JsonOutput {
-  public:
-    explicit JsonOutput(QIODevice& out) : out_(out) { buffer_.reserve(kBufferSize + kBufferSize / 4); }
-
-    void Raw(QByteArrayView text) {
-        buffer_.append(text);
-        if (buffer_.size() >= kBufferSize) Flush();
-    }
-    void Integer(qint64 value) { Raw(QByteArray::number(value)); }
-    void Number(double value) { Raw(QByteArray::fromStdString(Json(value).dump())); }
-    void Boolean(bool value) { Raw(value ? "true" : "false"); }
-    void Text(const QString& text) {
-        buffer_.append('"');
-        const QByteArray utf8 = text.toUtf8();
-        for (const char character : utf8)
-            AppendEscaped(character);
-        Raw("\"");
-    }
-    void Key(const char* key) {
-        Raw("\"");
-        Raw(key);
-        Raw("\":");
-    }
-    void Field(const char* key, qint64 value) {
-        Key(key);
-        Integer(value);
-    }
-    void Field(const char* key, const QString& value) {
-        Key(key);
-        Text(value);
-    }
-    void Flush() {
-        if (out_.write(buffer_) != buffer_.size()) throw RuntimeError(kErrorDeviceIo, out_.errorString());
-        buffer_.resize(0);
-    }
-
-  private:
-    static constexpr qsizetype kBufferSize = 1 << 20;
-
-    void AppendEscaped(char character) {
-        switch (character) {
-            case '"':
-                buffer_.append("\\\"");
-                return;
-            case '\\':
-                buffer_.append("\\\\");
-                return;
-            case '\r':
-                buffer_.append("\\r");
-                return;
-            case '\n':
-                buffer_.append("\\n");
-                return;
-            case '\t':
-                buffer_.append("\\t");
-                return;
-            default:
-                break;
-        }
-        if (static_cast<unsigned char>(character) >= 0x20) {
-            buffer_.append(character);
-        } else {
-            buffer_.append("\\u00");
-            buffer_.append(QByteArray(1, character).toHex());
-        }
-    }
-
-    QIODevice& out_;
-    QByteArray buffer_;
-};
-
-// Puts `separator` in front of every item but the first.
-class Separator {
-  public:
-    explicit Separator(const char* separator) : separator_(separator) {}
-    void Next(JsonOutput& json) {
-        if (!first_) json.Raw(separator_);
-        first_ = false;
-    }
-
-  private:
-    const char* separator_;
-    bool first_ = true;
-};
-
-void WriteLines(JsonOutput& json, std::span<const LimitLine, 16> column) {
-    json.Raw("[");
-    Separator comma(",");
-    for (int line = 1; line < 16 && column[line].a != 0; ++line) {
-        comma.Next(json);
-        json.Raw("[");
-        json.Integer(column[line].a);
-        json.Raw(",");
-        json.Integer(column[line].b);
-        json.Raw("]");
-    }
-    json.Raw("]");
-}
-
-void WriteQuestion(JsonOutput& json, const Survey& survey, int q) {
-    const QuestionRec& question = survey.Questions[q];
-    qsizetype length = question.Text.size();
-    while (length > 0 && question.Text[length - 1] == u' ')
-        --length;
-    json.Raw("{");
-    json.Field("Text", question.Text.left(length));
-    json.Raw(",");
-    json.Field("Anum", question.Anum);
-    json.Raw(",");
-    json.Field("LabelKind", question.LabelKind);
-    json.Raw(",");
-    json.Field("ChoiceCount", question.ChoiceCount);
-    json.Raw(",");
-    json.Key("QLimit");
-    WriteLines(json, survey.QLimit.Column(q));
-    json.Raw(",");
-    json.Key("Choices");
-    json.Raw("[");
-    Separator comma(",\n  ");
-    for (int c = 0; c < question.ChoiceCount; ++c) {
-        const ChoiceRec& choice = survey.Choices(c, q);
-        comma.Next(json);
-        json.Raw("{");
-        json.Field("Text", choice.Text);
-        json.Raw(",");
-        json.Key("Low");
-        json.Number(choice.Low);
-        json.Raw(",");
-        json.Key("High");
-        json.Number(choice.High);
-        json.Raw(",");
-        json.Field("CodeText", choice.CodeText);
-        json.Raw(",");
-        json.Field("Status", choice.Status);
-        json.Raw("}");
-    }
-    json.Raw("]}");
-}
-
-// The samples' answers, read into the same lists again and again.
-class SampleWriter {
-  public:
-    explicit SampleWriter(const Survey& survey)
-        : survey_(survey), counts_(survey.QuestionCount), answers_(survey.AnswerSlots + 1) {}
-
-    void Write(JsonOutput& json, qint32 dno) {
-        GetAllAnswers(survey_, dno, counts_.data(), answers_.data());
-        json.Raw("{\"IDno\":");
-        json.Integer(survey_.Samples.IDno(dno));
-        json.Raw(",\"PreLimitBits\":");
-        json.Integer(survey_.Samples.PreLimitBits(dno));
-        json.Raw(",\"Answers\":[");
-        const qint16* answer = answers_.data();
-        Separator comma(",");
-        for (const qint16 count : counts_) {
-            comma.Next(json);
-            json.Raw("[");
-            Separator inner(",");
-            for (const qint16* end = answer + count; answer != end; ++answer) {
-                inner.Next(json);
-                json.Integer(*answer);
-            }
-            json.Raw("]");
-        }
-        json.Raw("],\"Essays\":{");
-        Separator essayComma(",");
-        for (const Essay& essay : survey_.Samples.Essays(dno)) {
-            essayComma.Next(json);
-            json.Raw("\"");
-            json.Integer(essay.slot);
-            json.Raw("\":");
-            json.Text(essay.text);
-        }
-        json.Raw("}}");
-    }
-
-  private:
-    const Survey& survey_;
-    std::vector<qint16> counts_;
-    std::vector<qint16> answers_;
-};
-
-void WriteDefinition(JsonOutput& json, const Survey& survey) {
-    const auto field = [&](const char* key, const auto& value) {
-        json.Field(key, value);
-        json.Raw(",\n");
-    };
-    field("Title", survey.Title);
-    field("Editor", survey.Editor);
-    field("Password", survey.Password);
-    field("LockLevel", survey.LockLevel);
-    field("QuestionCount", survey.QuestionCount);
-    field("SampleCount", survey.SampleCount());
-    field("CorrectFlags", survey.CorrectFlags);
-    field("DistName", survey.DistName);
-    field("DistQno", survey.DistQno);
-    field("EssayFull", survey.EssayFull);
-    field("ExternDLL", survey.ExternDLL);
-
-    json.Raw("\"Questions\":[\n");
-    Separator questionComma(",\n");
-    for (int q = 0; q < survey.QuestionCount; ++q) {
-        questionComma.Next(json);
-        WriteQuestion(json, survey, q);
-    }
-    json.Raw("\n],\n\"PreLimit\":[");
-    Separator slotComma(",");
-    for (int slot = 0; slot < kPreLimitSlots; ++slot) {
-        slotComma.Next(json);
-        WriteLines(json, survey.PreLimit.Column(slot));
-    }
-    const int lineEnd = LineStartEnd(survey);
-    json.Raw("],\n\"LineStart\":[");
-    Separator startComma(",");
-    for (int i = 0; i <= lineEnd; ++i) {
-        startComma.Next(json);
-        json.Integer(survey.LineStart[i]);
-    }
-    json.Raw("],\n\"LineFlag\":[");
-    Separator flagComma(",");
-    for (int i = 0; i < lineEnd - 1; ++i) {
-        flagComma.Next(json);
-        json.Boolean(survey.LineFlag[i]);
-    }
-    json.Raw("]");
-}
-
-// Reading
 
 [[noreturn]] void Refuse(int number, const QString& place, const QString& reason) {
     throw RuntimeError(number, place + u"："_s + reason);
@@ -276,30 +43,30 @@ QString Element(const QString& place, qsizetype index) {
     return u"%1[%2]"_s.arg(place).arg(index);
 }
 
-void CheckFileText(const QString& text, const QString& place) {
-    if (text.size() * 2 > kMaxFileText && EncodeCodePage(text).size() > kMaxFileText)
-        Refuse(kErrorOverflow, place, u"文字列が長すぎます（%1バイトまで）"_s.arg(kMaxFileText));
+bool FitsFile(const QString& text) {
+    return text.size() * 2 <= kMaxFileText || EncodeCodePage(text).size() <= kMaxFileText;
+}
+
+[[noreturn]] void RefuseLength(const QString& place) {
+    Refuse(kErrorOverflow, place, u"文字列が長すぎます（%1バイトまで）"_s.arg(kMaxFileText));
 }
 
 QString TextOf(const Json& value, const QString& place) {
     if (!value.is_string()) Refuse(kErrorTypeMismatch, place, u"文字列ではありません"_s);
     QString text = ToQString(value.get_ref<const std::string&>());
-    CheckFileText(text, place);
+    if (!FitsFile(text)) RefuseLength(place);
     return text;
 }
 
-qint64 CheckRange(std::optional<qint64> value, const QString& place, qint64 low, qint64 high) {
-    if (!value || *value < low || *value > high)
-        Refuse(kErrorOverflow, place, u"%1から%2までの整数ではありません"_s.arg(low).arg(high));
-    return *value;
+[[noreturn]] void RefuseRange(const QString& place, qint64 low, qint64 high) {
+    Refuse(kErrorOverflow, place, u"%1から%2までの整数ではありません"_s.arg(low).arg(high));
 }
 
 qint64 IntegerOf(const Json& value, const QString& place, qint64 low, qint64 high) {
     if (!value.is_number_integer()) Refuse(kErrorTypeMismatch, place, u"整数ではありません"_s);
-    std::optional<qint64> number;
-    if (!value.is_number_unsigned() || value.get<quint64>() <= quint64(std::numeric_limits<qint64>::max()))
-        number = value.get<qint64>();
-    return CheckRange(number, place, low, high);
+    const bool fits = !value.is_number_unsigned() || value.get<quint64>() <= quint64(high);
+    if (!fits || value.get<qint64>() < low || value.get<qint64>() > high) RefuseRange(place, low, high);
+    return value.get<qint64>();
 }
 
 qint16 Integer16Of(const Json& value, const QString& place) {
@@ -405,7 +172,7 @@ void ReadChoice(const Json& value, const QString& place, Survey& survey, int q, 
     }
     if (choice.Text.contains(u'\r') || choice.CodeText.contains(u'\r'))
         Refuse(kErrorTypeMismatch, place, u"改行(CR)は書けません"_s);
-    CheckFileText(ChoiceToFile(survey, q, c), place);
+    if (!FitsFile(ChoiceToFile(survey, q, c))) RefuseLength(place);
 }
 
 void ReadQuestion(const Json& value, const QString& place, Survey& survey, int q) {
@@ -557,7 +324,7 @@ class SampleReader : public nlohmann::json_sax<Json> {
     bool string(string_t& value) override {
         if (skipped_ > 0 || level_ != Level::Essays) return Unexpected();
         QString text = ToQString(value);
-        CheckFileText(text, Place());
+        if (!FitsFile(text)) RefuseLength(Place());
         if (!text.isEmpty()) essays_.push_back({essaySlot_, std::move(text)});
         return true;
     }
@@ -657,21 +424,29 @@ class SampleReader : public nlohmann::json_sax<Json> {
         if (level_ == Level::Answer) {
             TakeAnswer(value);
         } else if (level_ == Level::Sample && key_ == "IDno") {
-            id_ = static_cast<qint32>(
-                CheckRange(value, Place(), std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max()));
+            id_ = InRange<qint32>(value);
         } else if (level_ == Level::Sample && key_ == "PreLimitBits") {
-            preLimitBits_ = static_cast<qint16>(
-                CheckRange(value, Place(), std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max()));
+            preLimitBits_ = InRange<qint16>(value);
         } else {
             return Unexpected();
         }
         return true;
     }
 
+    // Places are put into words only for a refusal: this runs for every answer of every sample.
+    qint64 InRange(std::optional<qint64> value, qint64 low, qint64 high) const {
+        if (!value || *value < low || *value > high) RefuseRange(Place(), low, high);
+        return *value;
+    }
+    template <typename T>
+    T InRange(std::optional<qint64> value) const {
+        return static_cast<T>(InRange(value, std::numeric_limits<T>::min(), std::numeric_limits<T>::max()));
+    }
+
     void TakeAnswer(std::optional<qint64> value) {
         const QuestionRec& question = survey_.Questions[int(counts_.size()) - 1];
         if (counts_.back() == question.Anum) Refuse(kErrorSubscript, Place(), u"答は%1個までです"_s.arg(question.Anum));
-        answers_.push_back(static_cast<qint16>(CheckRange(value, Place(), 1, question.ChoiceCount - 1)));
+        answers_.push_back(static_cast<qint16>(InRange(value, 1, question.ChoiceCount - 1)));
         ++counts_.back();
     }
 
@@ -741,25 +516,6 @@ void SortAndCheckIDs(Survey& survey) {
 }
 
 }  // namespace
-
-void WriteSurveyJson(const Survey& survey, QIODevice& out, bool withSamples, const std::function<bool(qint32)>& tick) {
-    JsonOutput json(out);
-    json.Raw("{");
-    WriteDefinition(json, survey);
-    if (withSamples) {
-        json.Raw(",\n\"Samples\":[\n");
-        SampleWriter writer(survey);
-        Separator comma(",\n");
-        for (qint32 dno = 0; dno < survey.SampleCount(); ++dno) {
-            comma.Next(json);
-            writer.Write(json, dno);
-            if (tick && !tick(dno + 1)) return;
-        }
-        json.Raw("\n]");
-    }
-    json.Raw("}\n");
-    json.Flush();
-}
 
 void ReadSurveyJson(QIODevice& in, Survey& survey) {
     const qint64 start = in.pos();
