@@ -104,6 +104,10 @@ void TotalSetup::EditWholeLimit() {
     EditColumn(0);
 }
 
+void TotalSetup::SetWholeLimit(const LimitList& list) {
+    SetColumn(0, LimitColumn(list.Data(), 16));
+}
+
 void TotalSetup::SelectEssayQuestion(int q) {
     essayQno_ = q;
     essayCno = survey_.Questions[q].ChoiceCount;  // any choice but 無回答

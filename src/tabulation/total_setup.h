@@ -50,6 +50,7 @@ class TotalSetup {
 
     QString WholeLimitText() const;
     void EditWholeLimit();
+    void SetWholeLimit(const LimitList& list);
 
     void SelectEssayQuestion(int q);
     int EssayQno() const { return essayQno_; }
