@@ -13,6 +13,8 @@ class FrmLimit;
 
 namespace quibra {
 
+class LimitRowDelegate;
+
 class FrmLimit : public QDialog {
     Q_OBJECT
 
@@ -37,6 +39,7 @@ class FrmLimit : public QDialog {
 
     void lstQno_Click(int row);
     void lstCno_Click(int row);
+    void lstCno_DblClick();
     void cmbRank_Click(int row);
     void cmdWrite_Click(int kind);
     void lstLimit_Click(int row);
@@ -48,11 +51,13 @@ class FrmLimit : public QDialog {
 
     void RefreshChoosers();
     void RefreshLines();
+    void RefreshInsertionPoint();
     void RefreshPreLimits();
 
     SurveySession& session_;
     LimitEditor editor_;
     std::unique_ptr<Ui::FrmLimit> ui_;
+    LimitRowDelegate* lineRows_;
     int shownQuestion_ = -1;  // whose choices fill lstCno
 };
 
