@@ -1,0 +1,85 @@
+// frmGridBase: the window of one result, a table or an essay list. Made by ResultWindows::New.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QMainWindow>
+#include <memory>
+
+#include "tabulation/total_sheet.h"
+
+class QFont;
+
+namespace Ui {
+class frmGridBase;
+}
+
+namespace quibra {
+
+class ResultGridModel;
+class ResultWindows;
+class SurveySession;
+struct Settings;
+
+class FrmGridBase : public QMainWindow, private TotalMonitor {
+    Q_OBJECT
+  public:
+    // All must outlive the window.
+    FrmGridBase(SurveySession& session, Settings& settings, ResultWindows& windows);
+    ~FrmGridBase() override;
+
+    // What other windows ask of this one. "Do Total" shows the window and totals by the current options
+    // (ResultWindows::option); anything unknown is a message.
+    void SheetCommand(const QString& command);
+
+    // While this is off the window can come to the front without handing its options back. Whoever sends "Do Total" to
+    // a window that is not shown yet turns it off for the time.
+    void SetActivationCounts(bool on);
+
+    const TotalSheet& Sheet() const { return sheet_; }
+
+  protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void mnuSearch_Click();
+    void mnuOutput_Click();
+    void mnuRefQno_Click();
+    void mnuCopy_Click();
+    void mnuAll_Click();
+    void mnuTextSave_Click();
+    void mnuHTMLSave_Click();
+    void mnuPercent_Click(int index);
+    void mnuFontChange_Click();
+    void cmdCancel_Click();
+    void cmdNext_Click();
+    void Grid_CurrentCellChange();
+
+    // TotalMonitor
+    void Started() override;
+    void ShowPass(int q, int toQno, int L, int limitCount) override;
+    void ShowPercent(qint32 done, qint32 of) override;
+    void LetEventsRun() override;
+    bool Cancelled() const override;
+    void Redraw(bool on) override;
+    void Finished() override;
+
+    void DoTotal();
+    void RunTotal();
+    void SetTableMenus(bool on);
+    void SetEssayMenus(bool on);
+    void SetBusy(bool on);
+    void NotYet();
+    void SelectAll();
+    void ApplyFont(const QFont& font, qint32 color);
+    void RefreshProgress();
+
+    std::unique_ptr<Ui::frmGridBase> ui_;
+    SurveySession& session_;
+    Settings& settings_;
+    ResultWindows& windows_;
+    TotalSheet sheet_;
+    ResultGridModel* model_;
+};
+
+}  // namespace quibra

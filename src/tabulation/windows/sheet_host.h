@@ -1,0 +1,54 @@
+// The result windows of a program, and who listens to them. The program owns one ResultWindows and hands it down; the
+// session and the settings must outlive it. It owns the windows it makes, until they are closed.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "tabulation/total_option.h"
+
+namespace quibra {
+
+class FrmGridBase;
+class SurveySession;
+struct Settings;
+
+// Learns which result window is in front: the set-up window, for one, which shows that window's options.
+class SheetHost {
+  public:
+    virtual ~SheetHost() = default;
+    // `sheet` has come to the front and the current options are its own.
+    virtual void SheetActivated(FrmGridBase& sheet) = 0;
+    // `sheet` has been closed and is deleted with the next turn of the message loop.
+    virtual void SheetClosed(FrmGridBase& sheet) = 0;
+};
+
+class ResultWindows {
+  public:
+    ResultWindows(SurveySession& session, Settings& settings);
+    ~ResultWindows();
+
+    // The options that "Do Total" takes: those of the set-up window, or of the window that came to the front last.
+    TotalOption option;
+
+    // A new window, not yet shown.
+    FrmGridBase& New();
+    // All that are not closed, shown or not.
+    std::vector<FrmGridBase*> All() const;
+
+    // A host stays added until it is removed.
+    void AddHost(SheetHost& host);
+    void RemoveHost(SheetHost& host);
+
+    // What a window tells of itself.
+    void Activated(FrmGridBase& sheet);
+    void Closed(FrmGridBase& sheet);
+
+  private:
+    SurveySession& session_;
+    Settings& settings_;
+    std::vector<std::unique_ptr<FrmGridBase>> sheets_;
+    std::vector<SheetHost*> hosts_;
+};
+
+}  // namespace quibra
