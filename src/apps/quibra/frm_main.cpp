@@ -7,8 +7,12 @@
 #include <QTimer>
 
 #include "apps/quibra/frm_title.h"
+#include "conditions/windows/frm_limit.h"
+#include "core/help_topics.h"
 #include "core/main_commands.h"
 #include "core/survey_file.h"
+#include "core/windows/frm_key.h"
+#include "tabulation/windows/frm_total.h"
 #include "ui/form.h"
 #include "ui/theme.h"
 #include "ui/window_place.h"
@@ -29,7 +33,10 @@ QString FileOf(const QMimeData* data) {
 }  // namespace
 
 FrmMain::FrmMain(SurveySession& session, QWidget* parent)
-    : QWidget(parent), session_(session), ui_(std::make_unique<Ui::FrmMain>()) {
+    : QWidget(parent),
+      session_(session),
+      ui_(std::make_unique<Ui::FrmMain>()),
+      results_(session, session.settings) {
     ui_->setupUi(this);
     SetUpForm(this, session_.ui, kHelpMain);
     for (QAction* separator :
@@ -58,7 +65,10 @@ FrmMain::FrmMain(SurveySession& session, QWidget* parent)
     WinPosRestore(session_.settings, kPosMain, this);
 }
 
-FrmMain::~FrmMain() = default;
+FrmMain::~FrmMain() {
+    // It listens to the result windows, which go before the base class takes its children.
+    delete total_;
+}
 
 void FrmMain::Connect() {
     connect(ui_->cmdFile, &QToolButton::clicked, this, &FrmMain::cmdFile_Click);
@@ -143,11 +153,16 @@ void FrmMain::mnuSetSaveInterval_Click() {
 
 void FrmMain::mnuSetLimit_Click() {
     CloseOthers();
-    TellAbsent();
+    auto* window = new FrmLimit(session_, this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->show();
 }
 
 void FrmMain::mnuStatis_Click() {
-    TellAbsent();
+    if (!total_) total_ = new FrmTotal(session_, session_.settings, results_, this);
+    total_->show();
+    total_->SetWindow(1);
+    total_->activateWindow();
 }
 
 void FrmMain::mnuInfoFormReset_Click() {

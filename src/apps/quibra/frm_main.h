@@ -1,12 +1,14 @@
 // The main window: what is open, and the commands. Its menus pop up from three buttons. The session must outlive it.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <array>
 #include <memory>
 #include <vector>
 
 #include "core/lock.h"
+#include "tabulation/windows/sheet_host.h"
 
 class QAction;
 class QMenu;
@@ -18,6 +20,7 @@ class FrmMain;
 
 namespace quibra {
 
+class FrmTotal;
 class SurveySession;
 struct OpenOutcome;
 
@@ -86,6 +89,8 @@ class FrmMain : public QWidget {
 
     SurveySession& session_;
     std::unique_ptr<Ui::FrmMain> ui_;
+    ResultWindows results_;
+    QPointer<FrmTotal> total_;
     std::vector<GovernedAction> governed_;
     std::array<QAction*, 4> recent_{};
 };
