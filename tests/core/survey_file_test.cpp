@@ -337,7 +337,7 @@ TEST_F(SurveyFile, StopWhileLoadingLeavesTheDeadState) {
         EXPECT_TRUE(IsDead()) << step;
         EXPECT_EQ(session.survey.SampleCount(), 12) << step;
     }
-    EXPECT_TRUE(session.settings.RecentFiles.isEmpty());
+    EXPECT_TRUE(session.settings.RecentFiles[0].isEmpty());
 
     // Stopped in front of the third sample: two are there.
     user.stopAtProgress = 3;
