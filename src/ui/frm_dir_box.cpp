@@ -26,7 +26,7 @@ FrmDirBox::FrmDirBox(UserInterface& ui, const QString& folder, QWidget* parent)
     connect(controls_->dirDir->selectionModel(), &QItemSelectionModel::currentChanged, this, &FrmDirBox::dirDir_Change);
     // The model reads folders in the background: the chosen one gets its place when its parents are there.
     connect(folders_, &QFileSystemModel::directoryLoaded, controls_->dirDir,
-            [this] { controls_->dirDir->scrollTo(controls_->dirDir->currentIndex()); });
+            [this] { controls_->dirDir->scrollTo(controls_->dirDir->currentIndex(), QAbstractItemView::PositionAtCenter); });
     connect(controls_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(controls_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     SetFolder(!folder.isEmpty() && QDir(folder).exists() ? folder : QDir::homePath());
@@ -58,7 +58,7 @@ void FrmDirBox::SetFolder(const QString& folder) {
     const QModelIndex index = folders_->index(folder);
     controls_->dirDir->setCurrentIndex(index);
     controls_->dirDir->expand(index);
-    controls_->dirDir->scrollTo(index);
+    controls_->dirDir->scrollTo(index, QAbstractItemView::PositionAtCenter);
 }
 
 void FrmDirBox::drvDir_Change(int index) {
