@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileSystemModel>
+#include <QScrollBar>
 #include <QStorageInfo>
 
 #include "ui/form.h"
@@ -24,9 +25,13 @@ FrmDirBox::FrmDirBox(UserInterface& ui, const QString& folder, QWidget* parent)
     FillDrives();
     connect(controls_->drvDir, &QComboBox::activated, this, &FrmDirBox::drvDir_Change);
     connect(controls_->dirDir->selectionModel(), &QItemSelectionModel::currentChanged, this, &FrmDirBox::dirDir_Change);
-    // The model reads folders in the background: the chosen one gets its place when its parents are there.
-    connect(folders_, &QFileSystemModel::directoryLoaded, controls_->dirDir,
-            [this] { controls_->dirDir->scrollTo(controls_->dirDir->currentIndex()); });
+    // The model reads and sorts folders in the background; until the person moves the list, the chosen one stays in it.
+    connect(folders_, &QFileSystemModel::directoryLoaded, this, &FrmDirBox::KeepInSight);
+    connect(folders_, &QFileSystemModel::layoutChanged, this, &FrmDirBox::KeepInSight, Qt::QueuedConnection);
+    connect(controls_->dirDir, &QTreeView::expanded, this, [this] { keepInSight_ = false; });
+    connect(controls_->dirDir, &QTreeView::collapsed, this, [this] { keepInSight_ = false; });
+    connect(controls_->dirDir->verticalScrollBar(), &QScrollBar::actionTriggered, this,
+            [this] { keepInSight_ = false; });
     connect(controls_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(controls_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     SetFolder(!folder.isEmpty() && QDir(folder).exists() ? folder : QDir::homePath());
@@ -58,7 +63,13 @@ void FrmDirBox::SetFolder(const QString& folder) {
     const QModelIndex index = folders_->index(folder);
     controls_->dirDir->setCurrentIndex(index);
     controls_->dirDir->expand(index);
-    controls_->dirDir->scrollTo(index);
+    keepInSight_ = true;
+    KeepInSight();
+}
+
+void FrmDirBox::KeepInSight() {
+    if (keepInSight_)
+        controls_->dirDir->scrollTo(controls_->dirDir->currentIndex(), QAbstractItemView::PositionAtCenter);
 }
 
 void FrmDirBox::drvDir_Change(int index) {

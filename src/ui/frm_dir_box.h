@@ -25,12 +25,14 @@ class FrmDirBox : public QDialog {
   private:
     void FillDrives();
     void SetFolder(const QString& folder);
+    void KeepInSight();
     void ShowDrive(const QString& folder);
     void drvDir_Change(int index);
     void dirDir_Change();
 
     std::unique_ptr<Ui::FrmDirBox> controls_;
     QFileSystemModel* folders_;
+    bool keepInSight_ = false;
 };
 
 }  // namespace quibra

@@ -1,0 +1,145 @@
+#!/usr/bin/env python3
+"""Takes pictures of Quibra's windows under a display of its own: docs/screens/NAME.png.
+
+    scripts/screens.py [--build build/release] [--out docs/screens] [--only NAME ...] [--dark] [--dpi 96] [--dpi 192]
+
+Build the programs first (cmake --build build/release --target quibra quibra_screens). Needs the Debian packages xvfb,
+jwm, xdotool, imagemagick and a Japanese font, and installs nothing. A picture at 192 dpi is called NAME@2x.png, one on
+a dark ground NAME-dark.png.
+"""
+import argparse
+import contextlib
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+NEEDED = {"Xvfb": "xvfb", "jwm": "jwm", "xdotool": "xdotool", "import": "imagemagick"}
+
+# Each window's name, the program that shows it with its arguments, and the keys (as xdotool names them) that lead there.
+# A list of keys is sent to whatever window is then active.
+SCREENS = [
+    *((f"dialog-{name}", ["quibra_screens", name], [])
+      for name in ("message", "ask", "input", "question", "questions", "folder", "file", "progress")),
+]
+
+
+def wait_for(what, action, seconds=20):
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        result = action()
+        if result:
+            return result
+        time.sleep(0.1)
+    raise TimeoutError(what)
+
+
+@contextlib.contextmanager
+def running(command, **options):
+    process = subprocess.Popen(command, **options)
+    try:
+        yield process
+    finally:
+        process.terminate()
+        try:
+            process.wait(10)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
+@contextlib.contextmanager
+def display(size):
+    """An X server with a window manager; gives the environment in which programs find it."""
+    reading, writing = os.pipe()
+    with running(["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{size}x24", "-nolisten", "tcp"],
+                 pass_fds=[writing], stderr=subprocess.DEVNULL):
+        os.close(writing)
+        with os.fdopen(reading) as numbers:
+            number = numbers.readline().strip()
+        env = os.environ | {"DISPLAY": f":{number}", "QT_QPA_PLATFORM": "xcb"}
+        with running(["jwm"], env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL):
+            yield env
+
+
+def output(command, env):
+    return subprocess.run(command, env=env, capture_output=True, text=True, check=False).stdout.strip()
+
+
+def active_window(process, env):
+    """The number of the active window, when it is one of the process."""
+    window = output(["xdotool", "getactivewindow"], env)
+    return window if window and output(["xdotool", "getwindowpid", window], env) == str(process.pid) else None
+
+
+def settled_picture(window, env, path):
+    """Takes pictures until two are the same: the window has been drawn and nothing in it moves."""
+    last = None
+
+    def take():
+        nonlocal last
+        subprocess.run(["import", "-window", window, str(path)], env=env, check=True)
+        pixels, before = path.read_bytes(), last
+        last = pixels
+        time.sleep(0.3)
+        return pixels == before
+
+    wait_for("a settled picture", take)
+
+
+def take(screen, build, path, env, dark):
+    name, command, keys = screen
+    with tempfile.TemporaryDirectory(prefix="quibra-screens-") as home:
+        # Nobody's settings and files are in the pictures.
+        program_env = env | {"HOME": home, "XDG_CONFIG_HOME": f"{home}/.config", "XDG_DATA_HOME": f"{home}/.local/share"}
+        for folder in ("アンケート/2023年度", "アンケート/2024年度", "集計結果", "書類"):
+            (pathlib.Path(home) / folder).mkdir(parents=True)
+        shutil.copy(ROOT / "data/samples/residents.qb", pathlib.Path(home) / "アンケート")
+        program = [str(build / "bin" / command[0]), *command[1:], *(["--dark"] if dark else [])]
+        with running(program, env=program_env, cwd=home) as process:
+            for key in keys:
+                wait_for(f"{name}: a window", lambda: active_window(process, env))
+                time.sleep(0.3)
+                subprocess.run(["xdotool", "key", key], env=env, check=True)
+            window = wait_for(f"{name}: a window", lambda: active_window(process, env))
+            time.sleep(0.5)
+            settled_picture(active_window(process, env) or window, env, path)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/release")
+    parser.add_argument("--out", type=pathlib.Path, default=ROOT / "docs/screens")
+    parser.add_argument("--only", nargs="*", help="only windows whose names begin so")
+    parser.add_argument("--dark", action="store_true")
+    parser.add_argument("--dpi", type=int, action="append", choices=[96, 192])
+    options = parser.parse_args()
+
+    missing = sorted(package for tool, package in NEEDED.items() if not shutil.which(tool))
+    if missing:
+        sys.exit("Please install: " + " ".join(missing))
+    build = options.build.resolve()
+    options.out.mkdir(parents=True, exist_ok=True)
+    faults = 0
+    for dpi in options.dpi or [96, 192]:
+        with display("1600x1200" if dpi == 96 else "3200x2400") as env:
+            env["QT_SCALE_FACTOR"] = str(dpi // 96)
+            for screen in SCREENS:
+                if options.only and not any(screen[0].startswith(name) for name in options.only):
+                    continue
+                name = screen[0] + ("-dark" if options.dark else "") + ("@2x" if dpi == 192 else "") + ".png"
+                try:
+                    take(screen, build, options.out / name, env, options.dark)
+                    print(name)
+                except (TimeoutError, OSError, subprocess.SubprocessError) as fault:
+                    print(f"{name}: {fault}", file=sys.stderr)
+                    faults += 1
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

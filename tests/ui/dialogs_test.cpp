@@ -1,0 +1,340 @@
+// The dialogs as a person meets them: each is opened through the program's user interface and answered by keys.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QTreeView>
+#include <functional>
+
+#include "support/qt_printers.h"
+#include "ui/accessibility.h"
+#include "ui/qt_user_interface.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+// Runs `act` on the next modal window, once that is shown.
+void WhenAsked(std::function<void(QWidget&)> act) {
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+        QWidget* window = QApplication::activeModalWidget();
+        if (!window || !window->isVisible()) return;
+        timer->deleteLater();
+        timer->stop();
+        // A window that stayed open would hang the test.
+        const QPointer<QWidget> guard = window;
+        EXPECT_EQ(UnnamedControls(window), QStringList()) << window->objectName();
+        act(*window);
+        if (guard && guard->isVisible()) QTest::qWait(0);
+        if (guard && guard->isVisible() && guard == QApplication::activeModalWidget()) {
+            ADD_FAILURE() << guard->objectName() << " stays open";
+            guard->close();
+        }
+    });
+    timer->start(1);
+}
+
+template <typename Control>
+Control& Find(QWidget& window, const QString& name) {
+    auto* control = window.findChild<Control*>(name);
+    EXPECT_TRUE(control) << name;
+    return *control;
+}
+
+void Key(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+    QWidget* focus = window.focusWidget();
+    QTest::keyClick(focus ? focus : &window, key, modifiers);
+}
+
+QString Focused(QWidget& window) {
+    return window.focusWidget() ? window.focusWidget()->objectName() : QString();
+}
+
+// The order in which Tab goes round, from the control that has the focus.
+QStringList TabOrder(QWidget& window) {
+    QStringList order{Focused(window)};
+    for (int i = 0; i < 20; ++i) {
+        Key(window, Qt::Key_Tab);
+        if (Focused(window) == order.constFirst()) break;
+        order += Focused(window);
+    }
+    return order;
+}
+
+const QStringList kQuestions{u"Q1. 性別"_s, u"Q2. 年齢"_s, u"Q3. 職業"_s, u"Q4. 趣味"_s};
+
+}  // namespace
+
+TEST(Message, ShowsTheToldButtonsIconAndDefault) {
+    struct Case {
+        int style;
+        QMessageBox::Icon icon;
+        QStringList buttons;
+        QString defaultButton;
+        Answer onEnter;
+        Answer onEscape;
+    };
+    const Case cases[] = {
+        {kOkOnly, QMessageBox::NoIcon, {u"OK"_s}, u"OK"_s, Answer::Ok, Answer::Ok},
+        {kOkCancel + kWarning, QMessageBox::Warning, {u"OK"_s, u"キャンセル"_s}, u"OK"_s, Answer::Ok, Answer::Cancel},
+        {kOkCancel + kWarning + kSecondDefault,
+         QMessageBox::Warning,
+         {u"OK"_s, u"キャンセル"_s},
+         u"キャンセル"_s,
+         Answer::Cancel,
+         Answer::Cancel},
+        {kYesNo + kQuestion,
+         QMessageBox::Question,
+         {u"はい(&Y)"_s, u"いいえ(&N)"_s},
+         u"はい(&Y)"_s,
+         Answer::Yes,
+         Answer::No},
+        {kYesNoCancel + kCritical + kSecondDefault,
+         QMessageBox::Critical,
+         {u"はい(&Y)"_s, u"いいえ(&N)"_s, u"キャンセル"_s},
+         u"いいえ(&N)"_s,
+         Answer::No,
+         Answer::Cancel},
+        {kOkOnly + kInformation, QMessageBox::Information, {u"OK"_s}, u"OK"_s, Answer::Ok, Answer::Ok},
+    };
+    QtUserInterface ui;
+    for (const Case& expected : cases) {
+        SCOPED_TRACE(expected.style);
+        WhenAsked([&](QWidget& window) {
+            auto& box = dynamic_cast<QMessageBox&>(window);
+            QStringList captions;
+            for (const auto* button : box.buttons())
+                captions += button->text();
+            captions.sort();
+            QStringList told = expected.buttons;
+            told.sort();
+            EXPECT_EQ(captions, told);
+            EXPECT_EQ(box.windowTitle(), u"クイブラ"_s);
+            EXPECT_EQ(box.text(), u"<b>一行目\n二行目"_s);
+            EXPECT_EQ(box.textFormat(), Qt::PlainText);
+            EXPECT_EQ(box.icon(), expected.icon);
+            EXPECT_EQ(box.defaultButton()->text(), expected.defaultButton);
+            EXPECT_EQ(box.focusWidget(), box.defaultButton());
+            Key(box, Qt::Key_Return);
+        });
+        EXPECT_EQ(ui.Message(u"<b>一行目\r\n二行目"_s, expected.style), expected.onEnter);
+        WhenAsked([](QWidget& window) { Key(window, Qt::Key_Escape); });
+        EXPECT_EQ(ui.Message(u"二度目"_s, expected.style), expected.onEscape);
+    }
+    WhenAsked([](QWidget& window) { QTest::keyClick(&window, Qt::Key_N, Qt::AltModifier); });
+    EXPECT_EQ(ui.Message(u"キー"_s, kYesNoCancel, u"題"_s), Answer::No);
+}
+
+TEST(AskBox, AnswersByKeyAndCancels) {
+    QtUserInterface ui;
+    const auto ask = [&ui](std::function<void(QWidget&)> act) {
+        WhenAsked(std::move(act));
+        return ui.AskBox(u"形式はどうしますか。"_s, u"クイブラ形式\r\n区切り"_s, u"全て(&A)"_s, u"一部(&P)"_s);
+    };
+    EXPECT_EQ(ask([](QWidget& window) {
+                  EXPECT_EQ(window.objectName(), u"frmAsk"_s);
+                  EXPECT_EQ(window.windowTitle(), u"クイブラ"_s);
+                  EXPECT_EQ(Find<QLabel>(window, u"lblInfo1"_s).text(), u"形式はどうしますか。"_s);
+                  EXPECT_EQ(Find<QLabel>(window, u"lblInfo2"_s).text(), u"クイブラ形式\r\n区切り"_s);
+                  EXPECT_EQ(Find<QPushButton>(window, u"cmdCancel"_s).text(), u"キャンセル"_s);
+                  EXPECT_EQ(TabOrder(window), (QStringList{u"cmdFunc1"_s, u"cmdFunc2"_s, u"cmdCancel"_s}));
+                  Key(window, Qt::Key_Return);
+              }),
+              1);
+    EXPECT_EQ(ask([](QWidget& window) { QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier); }), 2);
+    EXPECT_EQ(
+        ask([](QWidget& window) { QTest::mouseClick(&Find<QPushButton>(window, u"cmdCancel"_s), Qt::LeftButton); }), 0);
+    EXPECT_EQ(ask([](QWidget& window) { Key(window, Qt::Key_Escape); }), 0);
+    EXPECT_EQ(ask([](QWidget& window) { window.close(); }), 0);
+}
+
+TEST(InputBox, SelectsItsTextAndGivesWhatWasTyped) {
+    QtUserInterface ui;
+    QString text = u"30"_s;
+    WhenAsked([](QWidget& window) {
+        EXPECT_EQ(window.objectName(), u"frmInput"_s);
+        EXPECT_EQ(window.windowTitle(), u"保存の間隔"_s);
+        EXPECT_EQ(Find<QLabel>(window, u"lblName"_s).text(), u"時間の間隔を入力してください"_s);
+        EXPECT_EQ(Find<QLabel>(window, u"lblRange"_s).text(), u"間隔"_s);
+        EXPECT_TRUE(Find<QLabel>(window, u"lblCaution"_s).isVisible());
+        auto& input = Find<QLineEdit>(window, u"txtInput"_s);
+        EXPECT_EQ(input.selectedText(), u"30"_s);
+        EXPECT_EQ(TabOrder(window), (QStringList{u"txtInput"_s, u"cmdOK"_s, u"cmdCancel"_s}));
+        EXPECT_EQ(input.selectedText(), u"30"_s) << "each time that the focus comes";
+        QTest::keyClicks(&input, u"45"_s);
+        Key(window, Qt::Key_Return);
+    });
+    EXPECT_TRUE(ui.InputBox(u"保存の間隔"_s, u"時間の間隔を入力してください"_s, u"間隔"_s, u"単位：分"_s, text));
+    EXPECT_EQ(text, u"45"_s);
+
+    WhenAsked([](QWidget& window) {
+        EXPECT_EQ(window.windowTitle(), u"入力"_s);
+        EXPECT_FALSE(Find<QLabel>(window, u"lblCaution"_s).isVisible());
+        Key(window, Qt::Key_Escape);
+    });
+    EXPECT_FALSE(ui.InputBox({}, u"最小値は"_s, {}, {}, text));
+    EXPECT_EQ(text, QString());
+}
+
+TEST(QuestionBox, CountsFromTheFirstQuestionThatItShows) {
+    QtUserInterface ui;
+    WhenAsked([](QWidget& window) {
+        EXPECT_EQ(window.objectName(), u"frmQBox"_s);
+        EXPECT_EQ(Find<QLabel>(window, u"lblInfo"_s).text(), u"質問を選んでください"_s);
+        EXPECT_FALSE(Find<QListWidget>(window, u"lstQno_1"_s).isVisible());
+        auto& list = Find<QListWidget>(window, u"lstQno_0"_s);
+        ASSERT_EQ(list.count(), 2);
+        EXPECT_EQ(list.item(0)->text(), kQuestions[2]);
+        EXPECT_TRUE(list.item(0)->isSelected());
+        EXPECT_EQ(TabOrder(window), (QStringList{u"lstQno_0"_s, u"cmdOK"_s, u"cmdCancel"_s}));
+        Key(window, Qt::Key_Down);
+        Key(window, Qt::Key_Return);
+    });
+    EXPECT_EQ(ui.QuestionBox(u"質問を選んでください"_s, kQuestions, 2), 3);
+
+    WhenAsked([](QWidget& window) {
+        auto& list = Find<QListWidget>(window, u"lstQno_0"_s);
+        const QPoint second = list.visualItemRect(list.item(1)).center();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, second);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, second);
+    });
+    EXPECT_EQ(ui.QuestionBox({}, kQuestions, 0), 1);
+    WhenAsked([](QWidget& window) { Key(window, Qt::Key_Escape); });
+    EXPECT_EQ(ui.QuestionBox({}, kQuestions, 0), -1);
+    WhenAsked([](QWidget& window) {
+        Key(window, Qt::Key_Return);  // nothing to choose
+        EXPECT_TRUE(window.isVisible());
+        Key(window, Qt::Key_Escape);
+    });
+    EXPECT_EQ(ui.QuestionBox({}, kQuestions, 4), -1);
+}
+
+TEST(QuestionsBox, GivesAnElementForEachQuestionOrLeavesThemAlone) {
+    QtUserInterface ui;
+    QList<bool> selected{true};
+    WhenAsked([](QWidget& window) {
+        EXPECT_FALSE(Find<QListWidget>(window, u"lstQno_0"_s).isVisible());
+        EXPECT_EQ(Focused(window), u"lstQno_1"_s);
+        EXPECT_TRUE(Find<QListWidget>(window, u"lstQno_1"_s).selectedItems().isEmpty());
+        Key(window, Qt::Key_Down);
+        Key(window, Qt::Key_Space);
+        Key(window, Qt::Key_End);
+        Key(window, Qt::Key_Space);
+        Key(window, Qt::Key_Return);
+    });
+    EXPECT_TRUE(ui.QuestionsBox(u"書き出す質問"_s, kQuestions, selected));
+    EXPECT_EQ(selected, (QList<bool>{false, true, false, true}));
+
+    WhenAsked([](QWidget& window) {
+        Key(window, Qt::Key_Space);
+        Key(window, Qt::Key_Escape);
+    });
+    EXPECT_FALSE(ui.QuestionsBox(u"書き出す質問"_s, kQuestions, selected));
+    EXPECT_EQ(selected, (QList<bool>{false, true, false, true}));
+}
+
+TEST(DirBox, ListsFollowEachOther) {
+    const QTemporaryDir home;
+    QDir(home.path()).mkpath(u"調査/2024"_s);
+    QFile file(home.filePath(u"調査/residents.qb"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    qputenv("HOME", home.path().toUtf8());
+
+    QtUserInterface ui;
+    WhenAsked([&](QWidget& window) {
+        EXPECT_EQ(window.objectName(), u"frmDirBox"_s);
+        EXPECT_EQ(window.windowTitle(), u"ディレクトリの選択"_s);
+        auto& drives = Find<QComboBox>(window, u"drvDir"_s);
+        auto& folders = Find<QTreeView>(window, u"dirDir"_s);
+        auto& files = Find<QListWidget>(window, u"fleDir"_s);
+        EXPECT_EQ(Focused(window), u"dirDir"_s);
+        EXPECT_EQ(drives.currentData().toString(), home.path());
+        EXPECT_EQ(files.count(), 0);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return folders.model()->rowCount(folders.currentIndex()) == 1; }));
+        Key(window, Qt::Key_Down);
+        EXPECT_EQ(folders.currentIndex().data().toString(), u"調査"_s);
+        ASSERT_EQ(files.count(), 1);
+        EXPECT_EQ(files.item(0)->text(), u"residents.qb"_s);
+
+        // To the top of the file system and back by the drive list.
+        drives.setFocus();
+        Key(window, Qt::Key_Down);
+        EXPECT_EQ(drives.currentData().toString(), u"/"_s);
+        EXPECT_EQ(folders.currentIndex(), folders.model()->index(0, 0));
+        Key(window, Qt::Key_Up);
+        folders.setFocus();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return folders.isExpanded(folders.currentIndex()); }));
+        Key(window, Qt::Key_Down);
+        Key(window, Qt::Key_Return);
+    });
+    EXPECT_EQ(ui.DirBox(), home.filePath(u"調査"_s));
+    WhenAsked([](QWidget& window) { Key(window, Qt::Key_Escape); });
+    EXPECT_EQ(ui.DirBox(), QString());
+}
+
+TEST(FileBox, StartsAtThePathAndAppendsTheFirstFiltersSuffix) {
+    const QTemporaryDir folder;
+    QFile existing(folder.filePath(u"old.qb"_s));
+    ASSERT_TRUE(existing.open(QIODevice::WriteOnly));
+    existing.close();
+    const QString filter = u"クイブラデータ(*.qb)|*.qb|全てのファイル(*.*)|*.*|"_s;
+
+    QtUserInterface ui;
+    const auto fileBox = [&](const QString& path, bool save, std::function<void(QFileDialog&, QLineEdit&)> act) {
+        WhenAsked([act](QWidget& window) {
+            act(dynamic_cast<QFileDialog&>(window), Find<QLineEdit>(window, u"fileNameEdit"_s));
+        });
+        return ui.FileBox(path, filter, save);
+    };
+    EXPECT_EQ(
+        fileBox(folder.filePath(u"old.qb"_s), true,
+                [&](QFileDialog& dialog, QLineEdit& name) {
+                    EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+                    EXPECT_EQ(dialog.nameFilters(), (QStringList{u"クイブラデータ (*.qb)"_s, u"全てのファイル (*)"_s}));
+                    EXPECT_EQ(dialog.directory().path(), folder.path());
+                    EXPECT_EQ(name.text(), u"old.qb"_s);
+                    name.selectAll();
+                    QTest::keyClicks(&name, u"new"_s);
+                    QTest::keyClick(&name, Qt::Key_Return);
+                }),
+        folder.filePath(u"new.qb"_s));
+    // The name of a file that is there is asked about.
+    EXPECT_EQ(fileBox(folder.path().replace(u'/', u'\\') + u"\\old.qb"_s, true,
+                      [](QFileDialog& dialog, QLineEdit& name) {
+                          EXPECT_EQ(name.text(), u"old.qb"_s);
+                          int asked = 0;
+                          QTimer::singleShot(50, [&asked] {
+                              asked = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr;
+                              QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+                          });
+                          QTest::keyClick(&name, Qt::Key_Return);
+                          EXPECT_EQ(asked, 1);
+                          EXPECT_TRUE(dialog.isVisible());
+                          dialog.reject();
+                      }),
+              QString());
+    EXPECT_EQ(fileBox(folder.path() + u'/', false,
+                      [](QFileDialog& dialog, QLineEdit& name) {
+                          EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
+                          QTest::keyClicks(&name, u"old.qb"_s);
+                          QTest::keyClick(&name, Qt::Key_Return);
+                      }),
+              folder.filePath(u"old.qb"_s));
+}
+
+}  // namespace quibra
