@@ -1,0 +1,555 @@
+#include "ui/flex_grid.h"
+
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+#include <QTextLayout>
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/theme.h"
+#include "ui/window_place.h"
+
+namespace quibra {
+
+namespace {
+
+constexpr int kSidePadding = 4;
+constexpr int kRowPadding = 2;
+constexpr int kMaxRowLines = 4;
+constexpr int kMaxStripLines = 2;
+constexpr int kLeastStripHeight = 8;
+constexpr int kLeastColumnWidth = 2;
+constexpr int kMeasureDelay = 120;
+// Figures are drawn to the right of a box of so many digits at the left of their cell.
+constexpr int kFigureDigits = 7;
+
+QString OneLine(QString text) {
+    return text.replace(u'\r', u' ').replace(u'\n', u' ');
+}
+
+// The lines of a text broken at `width`; the last of at most `maxLines` ends in dots when there is more.
+QStringList Wrapped(const QString& text, const QFont& font, int width, int maxLines) {
+    QTextLayout layout(text, font);
+    QTextOption option;
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    QStringList lines;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(std::max(width, 1));
+        if (lines.size() == maxLines) {
+            const auto start = text.size() - (layout.lineAt(maxLines - 1).textStart());
+            lines.last() = QFontMetrics(font).elidedText(text.right(start), Qt::ElideRight, width);
+            break;
+        }
+        lines << text.mid(line.textStart(), line.textLength());
+    }
+    layout.endLayout();
+    return lines;
+}
+
+// How many lines a text takes at `width`, up to one more than `limit`.
+int LineCount(const QString& text, const QFontMetrics& metrics, const QFont& font, int width, int limit) {
+    // No character is wider than a line is high: most texts are seen to fit without being laid out.
+    if (text.size() * metrics.height() <= width || metrics.horizontalAdvance(text) <= width) return 1;
+    return static_cast<int>(Wrapped(text, font, width, limit + 1).size());
+}
+
+void DrawLines(QPainter& painter, const QRect& rect, bool top, const QString& text) {
+    const QFontMetrics metrics = painter.fontMetrics();
+    const int room = std::max(1, (rect.height() - 2 * kRowPadding) / metrics.lineSpacing());
+    const QStringList lines = Wrapped(text, painter.font(), rect.width(), room);
+    const int height = static_cast<int>(lines.size()) * metrics.lineSpacing();
+    int y = rect.top() + (top ? kRowPadding : (rect.height() - height) / 2);
+    for (const QString& line : lines) {
+        painter.drawText(rect.left(), y + metrics.ascent(), line);
+        y += metrics.lineSpacing();
+    }
+}
+
+QRect Inside(const QRect& cell) {
+    return cell.adjusted(kSidePadding, 0, -kSidePadding, 0);
+}
+
+}  // namespace
+
+// Draws cells, and measures their texts.
+class FlexGridPainter : public QStyledItemDelegate {
+  public:
+    explicit FlexGridPainter(FlexGrid* grid) : QStyledItemDelegate(grid), grid_(grid) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        Paint(*painter, option, index.row(), index.column());
+    }
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+
+    // `column` may be the one behind the last: the ground beside the cells.
+    void Paint(QPainter& painter, const QStyleOptionViewItem& option, int row, int column) const;
+    // The text of a row's cells needs so many lines, at most kMaxRowLines.
+    int RowLines(int row) const;
+
+    QString Text(int row, int column) const {
+        return OneLine(grid_->model()->index(row, column).data(Qt::DisplayRole).toString());
+    }
+    GridRowKind Kind(int row) const {
+        return static_cast<GridRowKind>(grid_->model()->index(row, 0).data(kRowKindRole).toInt());
+    }
+
+  private:
+    bool IsFigure(int row, int column) const { return grid_->model()->index(row, column).data(kFigureRole).toBool(); }
+    QFont FontOf(int row) const;
+    int SourceOf(int row, int column) const;
+    QRect FlowOf(int row, int column) const;
+
+    FlexGrid* grid_;
+};
+
+QFont FlexGridPainter::FontOf(int row) const {
+    QFont font = grid_->font();
+    if (Kind(row) == GridRowKind::Heading) font.setBold(true);
+    return font;
+}
+
+// The column whose text stands in a cell: its own, or one to the left from which it flows over; -1 for none.
+int FlexGridPainter::SourceOf(int row, int column) const {
+    if (column == grid_->model()->columnCount()) --column;
+    while (column >= 0 && Text(row, column).isEmpty())
+        --column;
+    return column;
+}
+
+// The place of a cell's text: the cell, and the empty ones behind it. Behind the last cell it goes on to the edge.
+QRect FlexGridPainter::FlowOf(int row, int column) const {
+    QRect flow = grid_->visualRect(grid_->model()->index(row, column));
+    if (IsFigure(row, column)) return flow;
+    const int columns = grid_->model()->columnCount();
+    int end = column + 1;
+    while (end < columns && Text(row, end).isEmpty())
+        ++end;
+    const int last = end - 1;
+    const int right = grid_->columnViewportPosition(last) + grid_->columnWidth(last);
+    flow.setRight((end == columns ? std::max(right, grid_->viewport()->width()) : right) - 1);
+    return flow;
+}
+
+void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& option, int row, int column) const {
+    const GridRowKind kind = Kind(row);
+    const QPalette& palette = option.palette;
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const QPalette::ColorGroup group =
+        option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+    QColor ground = palette.color(group, QPalette::Base);
+    if (selected)
+        ground = palette.color(group, QPalette::Highlight);
+    else if (kind == GridRowKind::Heading)
+        ground = ColorOf(ThemeColor::HeadingTint, palette);
+    else if (kind == GridRowKind::Choice && row % 2 != 0)
+        ground = palette.color(group, QPalette::AlternateBase);
+    painter.save();
+    painter.setClipRect(option.rect, Qt::IntersectClip);
+    painter.fillRect(option.rect, ground);
+    if (kind == GridRowKind::Total) {
+        painter.setPen(palette.color(group, QPalette::Text));
+        painter.drawLine(option.rect.topLeft(), option.rect.topRight());
+    }
+    if (const int source = SourceOf(row, column); source >= 0 && (source == column || !IsFigure(row, source))) {
+        painter.setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+        painter.setFont(FontOf(row));
+        QRect place = Inside(FlowOf(row, source));
+        const QString text = Text(row, source);
+        if (IsFigure(row, source)) {
+            const QFontMetrics metrics = painter.fontMetrics();
+            place.setWidth(std::min(place.width(), kFigureDigits * metrics.horizontalAdvance(u'0')));
+            painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter,
+                             metrics.elidedText(text, Qt::ElideRight, place.width()));
+        } else {
+            const int alignment = grid_->model()->index(row, source).data(Qt::TextAlignmentRole).toInt();
+            DrawLines(painter, place, (alignment & Qt::AlignTop) != 0, text);
+        }
+    }
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        painter.setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+        painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+    }
+    painter.restore();
+}
+
+int FlexGridPainter::RowLines(int row) const {
+    const QFont font = FontOf(row);
+    const QFontMetrics metrics(font);
+    int lines = 1;
+    for (int column = 0; column < grid_->model()->columnCount(); ++column) {
+        const QString text = Text(row, column);
+        if (text.isEmpty() || IsFigure(row, column)) continue;
+        lines = std::max(lines, LineCount(text, metrics, font, Inside(FlowOf(row, column)).width(), kMaxRowLines));
+    }
+    return std::min(lines, kMaxRowLines);
+}
+
+bool FlexGridPainter::helpEvent(QHelpEvent* event, QAbstractItemView*, const QStyleOptionViewItem&,
+                                const QModelIndex& index) {
+    if (event->type() != QEvent::ToolTip || !index.isValid()) return false;
+    QString tip;
+    if (const int source = SourceOf(index.row(), index.column()); source >= 0) {
+        const QString text = Text(index.row(), source);
+        const QFont font = FontOf(index.row());
+        const QRect flow = FlowOf(index.row(), source);
+        const int room = std::max(1, (flow.height() - 2 * kRowPadding) / QFontMetrics(font).lineSpacing());
+        if (LineCount(text, QFontMetrics(font), font, Inside(flow).width(), room) > room)
+            tip = QStringLiteral("<p>") + text.toHtmlEscaped() + QStringLiteral("</p>");
+    }
+    QToolTip::showText(event->globalPos(), tip, grid_);
+    return true;
+}
+
+namespace {
+
+// The strip of the fixed row: the columns' edges, and the captions the model gives them, which flow like cells.
+class FlexGridStrip : public QHeaderView {
+  public:
+    explicit FlexGridStrip(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+        setSectionsClickable(false);
+        setHighlightSections(false);
+        setMinimumSectionSize(kLeastColumnWidth);
+    }
+
+    QSize sizeHint() const override {
+        const int lines = Lines();
+        if (lines > 0) return {0, lines * fontMetrics().lineSpacing() + 4 * kRowPadding};
+        const double twips = model() ? model()->headerData(0, Qt::Vertical, kTwipsRole).toDouble() : 0;
+        return {0, std::max(kLeastStripHeight, static_cast<int>(std::lround(twips / TwipsPerPixel(this))))};
+    }
+
+    // Section 0 stands over column 0, which stays in sight.
+    bool firstFloats = false;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        QHeaderView::paintEvent(event);
+        if (!firstFloats) return;
+        QPainter painter(viewport());
+        paintSection(&painter, QRect(0, 0, sectionSize(0), height()), 0);
+    }
+
+    void paintSection(QPainter* painter, const QRect& rect, int section) const override {
+        QStyleOptionHeaderV2 option;
+        initStyleOption(&option);
+        option.rect = rect;
+        option.section = section;
+        painter->save();
+        painter->setClipRect(rect, Qt::IntersectClip);
+        style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
+        int source = section;
+        while (source >= 0 && Caption(source).isEmpty())
+            --source;
+        if (source >= 0) {
+            const int left = source == section ? rect.left() : sectionViewportPosition(source);
+            const QRect place(left, 0, FlowWidth(source), height());
+            painter->setPen(palette().color(QPalette::ButtonText));
+            DrawLines(*painter, Inside(place), false, Caption(source));
+        }
+        painter->restore();
+    }
+
+    void mousePressEvent(QMouseEvent* event) override {
+        // What lies below the floating section is not what the hand sees.
+        if (!firstFloats || event->position().x() >= sectionSize(0)) QHeaderView::mousePressEvent(event);
+    }
+
+  private:
+    QString Caption(int section) const {
+        return OneLine(model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString());
+    }
+
+    int FlowWidth(int section) const {
+        int width = sectionSize(section);
+        for (int next = section + 1; next < count() && Caption(next).isEmpty(); ++next)
+            width += sectionSize(next);
+        return width;
+    }
+
+    int Lines() const {
+        int lines = 0;
+        for (int section = 0; section < count() && lines < kMaxStripLines; ++section)
+            if (const QString caption = Caption(section); !caption.isEmpty())
+                lines = std::max(lines, LineCount(caption, fontMetrics(), font(), FlowWidth(section) - 2 * kSidePadding,
+                                                  kMaxStripLines));
+        return std::min(lines, kMaxStripLines);
+    }
+};
+
+}  // namespace
+
+FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), painter_(new FlexGridPainter(this)) {
+    setHorizontalHeader(new FlexGridStrip(this));
+    setItemDelegate(painter_);
+    setShowGrid(false);
+    setSelectionMode(ContiguousSelection);
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setMinimumSectionSize(1);
+    measureLater_.setSingleShot(true);
+    measureLater_.setInterval(kMeasureDelay);
+    connect(&measureLater_, &QTimer::timeout, this, &FlexGrid::MeasureRows);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, &FlexGrid::ColumnResized);
+}
+
+FlexGrid::~FlexGrid() = default;
+
+void FlexGrid::setModel(QAbstractItemModel* newModel) {
+    QTableView::setModel(newModel);
+    RefreshSizes(true);
+}
+
+void FlexGrid::reset() {
+    QTableView::reset();
+    RefreshSizes(false);
+}
+
+CellRange FlexGrid::Selection() const {
+    if (!selectionModel()) return {};
+    const QItemSelection selection = selectionModel()->selection();
+    if (selection.isEmpty()) {
+        const QModelIndex cell = currentIndex();
+        return cell.isValid() ? CellRange{cell.column(), cell.row(), cell.column(), cell.row()} : CellRange{};
+    }
+    const QItemSelectionRange& range = selection.first();
+    return {range.left(), range.top(), range.right(), range.bottom()};
+}
+
+void FlexGrid::Select(const CellRange& range) {
+    if (!model()) return;
+    const auto cell = [this](int column, int row) {
+        return model()->index(std::clamp(row, kFixedRows, std::max(model()->rowCount() - 1, kFixedRows)),
+                              std::clamp(column, 0, std::max(model()->columnCount() - 1, 0)));
+    };
+    const QModelIndex first = cell(range.column1, range.row1);
+    selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(QItemSelection(first, cell(range.column2, range.row2)),
+                             QItemSelectionModel::ClearAndSelect);
+}
+
+void FlexGrid::selectAll() {
+    if (model()) Select({0, kFixedRows, model()->columnCount() - 1, model()->rowCount() - 1});
+}
+
+QString FlexGrid::CurrentText() const {
+    return currentIndex().data(Qt::DisplayRole).toString();
+}
+
+int FlexGrid::BaseRowHeight() const {
+    return fontMetrics().lineSpacing() + 2 * kRowPadding;
+}
+
+int FlexGrid::ToldRowHeight(int row) const {
+    const QVariant twips = model()->headerData(row, Qt::Vertical, kTwipsRole);
+    const int told = twips.isValid() ? static_cast<int>(std::lround(twips.toDouble() / TwipsPerPixel(this))) : 0;
+    return std::max(told, BaseRowHeight());
+}
+
+int FlexGrid::MeasuredRowHeight(int row) const {
+    const int lines = painter_->RowLines(row);
+    return std::max(ToldRowHeight(row), lines * fontMetrics().lineSpacing() + 2 * kRowPadding);
+}
+
+void FlexGrid::RefreshSizes(bool measure) {
+    if (!model()) return;
+    {
+        const QScopedValueRollback sizing(sizing_, true);
+        const double perPixel = TwipsPerPixel(this);
+        verticalHeader()->setDefaultSectionSize(BaseRowHeight());
+        for (int column = 0; column < model()->columnCount(); ++column) {
+            const double twips = model()->headerData(column, Qt::Horizontal, kTwipsRole).toDouble();
+            const int width = std::max(kLeastColumnWidth, static_cast<int>(std::lround(twips / perPixel)));
+            if (columnWidth(column) != width) setColumnWidth(column, width);
+        }
+        if (model()->rowCount() > kFixedRows) setRowHidden(0, true);
+    }
+    if (measure) {
+        MeasureRows();
+        return;
+    }
+    for (int row = kFixedRows; row < model()->rowCount(); ++row)
+        if (const int height = ToldRowHeight(row); rowHeight(row) != height) setRowHeight(row, height);
+    updateGeometries();
+}
+
+void FlexGrid::MeasureRows() {
+    measureLater_.stop();
+    if (!model()) return;
+    for (int row = kFixedRows; row < model()->rowCount(); ++row)
+        if (const int height = MeasuredRowHeight(row); rowHeight(row) != height) setRowHeight(row, height);
+    updateGeometries();
+}
+
+void FlexGrid::ColumnResized(int column, int, int newSize) {
+    if (sizing_ || !model()) return;
+    model()->setHeaderData(column, Qt::Horizontal, static_cast<int>(std::lround(newSize * TwipsPerPixel(this))),
+                           kTwipsRole);
+    measureLater_.start();
+}
+
+// Column 0 stays at the left edge while the others scroll below it, unless it would leave them no room.
+bool FlexGrid::FirstColumnFloats() const {
+    return model() && horizontalOffset() > 0 && 2 * columnWidth(0) < viewport()->width();
+}
+
+QRect FlexGrid::visualRect(const QModelIndex& index) const {
+    QRect rect = QTableView::visualRect(index);
+    if (index.column() == 0 && FirstColumnFloats()) rect.moveLeft(0);
+    return rect;
+}
+
+QModelIndex FlexGrid::indexAt(const QPoint& point) const {
+    if (point.x() >= 0 && FirstColumnFloats() && point.x() < columnWidth(0)) {
+        const int row = rowAt(point.y());
+        return row < 0 ? QModelIndex() : model()->index(row, 0);
+    }
+    return QTableView::indexAt(point);
+}
+
+void FlexGrid::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    QScrollBar* bar = horizontalScrollBar();
+    const int before = bar->value();
+    const bool floated = FirstColumnFloats();
+    QTableView::scrollTo(index, hint);
+    if (index.column() == 0 && floated) {
+        bar->setValue(before);
+    } else if (index.column() > 0 && FirstColumnFloats()) {
+        const int hidden = columnWidth(0) - visualRect(index).left();
+        if (hidden > 0) bar->setValue(bar->value() - hidden);
+    }
+}
+
+void FlexGrid::scrollContentsBy(int dx, int dy) {
+    QTableView::scrollContentsBy(dx, dy);
+    // Texts that flow and the floating column do not move with the pixels.
+    if (dx == 0) return;
+    static_cast<FlexGridStrip*>(horizontalHeader())->firstFloats = FirstColumnFloats();
+    horizontalHeader()->viewport()->update();
+    viewport()->update();
+}
+
+void FlexGrid::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (!model() || model()->columnCount() == 0) return;
+    QPainter painter(viewport());
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    const int right = horizontalHeader()->length() - horizontalOffset();
+    const bool floats = FirstColumnFloats();
+    const QStyle::State state = isActiveWindow() ? QStyle::State_Active | QStyle::State_Enabled : QStyle::State_Enabled;
+    for (int row = rowAt(event->rect().top()); row >= 0 && row < model()->rowCount(); ++row) {
+        const int top = rowViewportPosition(row);
+        if (top > event->rect().bottom()) break;
+        option.state = state;
+        if (right < viewport()->width()) {
+            option.rect = QRect(right, top, viewport()->width() - right, rowHeight(row));
+            painter_->Paint(painter, option, row, model()->columnCount());
+        }
+        if (!floats) continue;
+        const QModelIndex cell = model()->index(row, 0);
+        option.rect = visualRect(cell);
+        if (selectionModel()->isSelected(cell)) option.state |= QStyle::State_Selected;
+        if (cell == currentIndex() && hasFocus()) option.state |= QStyle::State_HasFocus;
+        painter_->paint(&painter, option, cell);
+    }
+    if (floats) {
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawLine(columnWidth(0), event->rect().top(), columnWidth(0), event->rect().bottom());
+    }
+}
+
+// The end of a run of filled cells, or the next filled one, as spreadsheets jump with Ctrl.
+QModelIndex FlexGrid::Edge(const QModelIndex& from, int rowStep, int columnStep) const {
+    const auto next = [&](const QModelIndex& cell) {
+        const int row = cell.row() + rowStep;
+        return row < kFixedRows ? QModelIndex() : model()->index(row, cell.column() + columnStep);
+    };
+    const auto filled = [](const QModelIndex& cell) {
+        return cell.isValid() && !cell.data(Qt::DisplayRole).toString().isEmpty();
+    };
+    QModelIndex cell = from;
+    const bool inside = filled(from) && filled(next(from));
+    for (QModelIndex step = next(cell); step.isValid(); step = next(cell)) {
+        if (inside && !filled(step)) break;
+        cell = step;
+        if (!inside && filled(cell)) break;
+    }
+    return cell;
+}
+
+QModelIndex FlexGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (!model() || model()->rowCount() <= kFixedRows) return {};
+    const QModelIndex now = currentIndex();
+    if (!now.isValid()) return model()->index(kFixedRows, 0);
+    const bool far = modifiers.testFlag(Qt::ControlModifier);
+    switch (action) {
+        case MoveHome:
+            horizontalScrollBar()->setValue(0);
+            return model()->index(far ? kFixedRows : now.row(), 0);
+        case MoveEnd:
+            return model()->index(far ? model()->rowCount() - 1 : now.row(), model()->columnCount() - 1);
+        case MoveUp:
+            if (far) return Edge(now, -1, 0);
+            break;
+        case MoveDown:
+            if (far) return Edge(now, 1, 0);
+            break;
+        case MoveLeft:
+            if (far) return Edge(now, 0, -1);
+            break;
+        case MoveRight:
+            if (far) return Edge(now, 0, 1);
+            break;
+        default:
+            break;
+    }
+    return QTableView::moveCursor(action, modifiers);
+}
+
+void FlexGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    Q_EMIT CurrentCellChanged();
+}
+
+void FlexGrid::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) {
+        Q_EMIT CopyRequested();
+        event->accept();
+    } else {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+void FlexGrid::mouseReleaseEvent(QMouseEvent* event) {
+    QTableView::mouseReleaseEvent(event);
+    if (event->button() == Qt::RightButton) Q_EMIT MenuRequested(event->globalPosition().toPoint());
+}
+
+void FlexGrid::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() != QContextMenuEvent::Keyboard) return;
+    Q_EMIT MenuRequested(viewport()->mapToGlobal(visualRect(currentIndex()).center()));
+}
+
+void FlexGrid::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    measureLater_.start();
+}
+
+void FlexGrid::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange) RefreshSizes(true);
+}
+
+}  // namespace quibra
