@@ -75,6 +75,49 @@ class SurveyFile : public testing::Test {
     QString loadedPath;
 };
 
+// 256 questions of 127 choices, texts that fill their fields, IDs at both ends of 32 bits.
+TEST_F(SurveyFile, SurveyAtItsLimitsComesBackWhole) {
+    Survey& survey = session.survey;
+    session.NewSurvey();
+    survey.QuestionCount = kMaxQuestions;
+    for (int q = 0; q < kMaxQuestions; ++q) {
+        survey.Questions[q].SetText(QString(kQuestionTextLength, QChar(0x3042 + q % 80)));
+        survey.Questions[q].ChoiceCount = kMaxChoices;
+        survey.Questions[q].Anum = static_cast<qint16>(1 + q % 2);
+        for (int c = 1; c < kMaxChoices; ++c)
+            survey.Choices(c, q).Text = QString::number(c);
+        survey.Choices(127, q).Status = 1;
+        for (int line = 1; line <= 14; ++line)
+            survey.QLimit(line, q) = {3, PackPosition(q, line)};
+    }
+    for (int i = 0; i < 256; ++i)
+        survey.LineStart[i] = PackPosition(i, 127);
+    survey.LineStart[256] = survey.LineStart[255];
+    survey.LineFlag[255] = true;
+    RecalcLayout(survey);
+    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
+    const qint32 ids[] = {std::numeric_limits<qint32>::min(), -1, 0, std::numeric_limits<qint32>::max()};
+    for (const qint32 id : ids) {
+        const qint32 dno = AddSample(survey, user, id);
+        const qint16 answers[] = {127, 1};
+        const QString texts[] = {QString(16000, u'長'), QString()};
+        SetAnswersEssay(survey, dno, 255, 2, answers, texts);
+    }
+    const QByteArray bytes = WriteSurveyBytes(survey);
+    ASSERT_EQ(Load(Put(u"limits.qb"_s, bytes)), kLoaded);
+    EXPECT_EQ(WriteSurveyBytes(survey), bytes);
+    EXPECT_EQ(DnoOfID(survey, ids[3]), 3);
+    EXPECT_EQ(survey.Samples.Essay(0, survey.QIdx[255].EssayStart), QString(16000, u'長'));
+
+    // One character more than 16 bits of bytes hold is an overflow, and what was saved before stays.
+    survey.Samples.SetEssay(0, 0, QString(16384, u'長'));
+    const QString path = folder.filePath(u"limits.qb"_s);
+    EXPECT_FALSE(SurveySave(session, path));
+    EXPECT_EQ(user.Lines(u"message 48"_s).last(),
+              u"message 48 クイブラ: オーバーフローしました。\\r\\n正しく保存出来ませんでした。 -> Ok"_s);
+    EXPECT_EQ(FileBytes(path), bytes);
+}
+
 }  // namespace
 
 TEST_F(SurveyFile, CurrentFilesAreWrittenBackByteForByte) {

@@ -78,13 +78,19 @@ void ConsoleInterface::ProgressOpen(const ProgressSpec& spec) {
 }
 
 bool ConsoleInterface::Progress(const QString& text, double fraction) {
-    if (terminal_) {
+    if (IsProgressDue()) {
         const int percent = static_cast<int>(std::min(fraction, 1.0) * 100);
         const QByteArray line = u"\r%1: %2 (%3%)\x1b[K"_s.arg(progressTitle_, text).arg(percent).toUtf8();
         std::fputs(line.constData(), stderr);
         lineShown_ = true;
+        sinceLine_.start();
     }
     return true;
+}
+
+bool ConsoleInterface::IsProgressDue() const {
+    constexpr qint64 kMillisecondsBetweenLines = 100;
+    return terminal_ && (!sinceLine_.isValid() || sinceLine_.elapsed() >= kMillisecondsBetweenLines);
 }
 
 void ConsoleInterface::ProgressClose() {

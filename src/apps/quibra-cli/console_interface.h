@@ -2,6 +2,8 @@
 // safe answer, or Yes and OK when the user has said so beforehand; windows that pick something count as cancelled.
 #pragma once
 
+#include <QElapsedTimer>
+
 #include "core/user_interface.h"
 
 namespace quibra {
@@ -25,6 +27,9 @@ class ConsoleInterface : public UserInterface {
     void ProgressOpen(const ProgressSpec& spec) override;
     bool Progress(const QString& text, double fraction) override;
     void ProgressClose() override;
+    // True when the line would be written now: seen by somebody and not written just before. Texts that cost something
+    // need not be made otherwise.
+    bool IsProgressDue() const;
 
     void Beep() override {}
     void Busy(bool) override {}
@@ -37,6 +42,7 @@ class ConsoleInterface : public UserInterface {
     bool assumeYes_;
     bool terminal_;
     bool lineShown_ = false;
+    QElapsedTimer sinceLine_;
     QString progressTitle_;
 };
 

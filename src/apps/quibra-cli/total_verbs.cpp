@@ -54,7 +54,7 @@ void SetCondition(const Survey& survey, const QString& text, TotalOption& option
 }
 
 QString FormatOf(const VerbLine& line) {
-    const QString format = line.Has(u"format"_s) ? line.Value(u"format"_s) : u"text"_s;
+    QString format = line.Has(u"format"_s) ? line.Value(u"format"_s) : u"text"_s;
     if (!QStringList{u"text"_s, u"json"_s, u"csv"_s, u"html"_s}.contains(format))
         RefuseUsage(u"--format は text, json, csv, html のどれかです"_s);
     return format;
@@ -75,13 +75,24 @@ class ConsoleMonitor : public TotalMonitor {
         spec.title = u"集計中"_s;
         console_.ProgressOpen(spec);
     }
-    void ShowPass(int q, int toQno, int L, int limitCount) override { pass_ = PassText(q, toQno, L, limitCount); }
-    void ShowPercent(qint32 done, qint32 of) override { console_.Progress(pass_, of > 0 ? double(done) / of : 1); }
+    void ShowPass(int q, int toQno, int L, int limitCount) override { pass_ = {q, toQno, L, limitCount}; }
+    void ShowPercent(qint32 done, qint32 of) override {
+        if (console_.IsProgressDue())
+            console_.Progress(PassText(pass_.q, pass_.toQno, pass_.L, pass_.limitCount),
+                              of > 0 ? double(done) / of : 1);
+    }
     void Finished() override { console_.ProgressClose(); }
 
   private:
+    struct Pass {
+        int q = 0;
+        int toQno = 0;
+        int L = 0;
+        int limitCount = 0;
+    };
+
     ConsoleInterface& console_;
-    QString pass_;
+    Pass pass_;
 };
 
 TotalOption OptionFromFile(const QString& path, const Survey& survey) {
@@ -122,7 +133,7 @@ void SetColumns(const VerbLine& line, const Survey& survey, TotalOption& option)
 
 TotalOption TableOption(const VerbLine& line, const Survey& survey) {
     if (line.Has(u"option"_s)) {
-        const TotalOption option = OptionFromFile(line.Value(u"option"_s), survey);
+        TotalOption option = OptionFromFile(line.Value(u"option"_s), survey);
         if (option.TotalKind != kTable) RefuseUsage(u"--option の TotalKind が表（1）ではありません"_s);
         return option;
     }
