@@ -6,11 +6,12 @@
 
 namespace quibra {
 
-// Gives each control of `window` that has none an accessible name: its caption without the ampersand, its buddy's, or
-// its tool tip.
+// Gives each control of `window` that tells no name of its own an accessible name: its buddy's wherever that stands,
+// its tool tip or its placeholder. What names itself (a button by its caption) is left alone, so that a new caption
+// changes the name too.
 void NameControls(QWidget* window);
 
-// The controls that a person can reach and that have no accessible name. A test fails on any.
+// The controls that a person can reach and that have no accessible name, by class and objectName. A test fails on any.
 QStringList UnnamedControls(const QWidget* window);
 
 // With QUIBRA_A11Y_IDS=1 in the environment each widget's accessible description becomes "#" and its objectName, so

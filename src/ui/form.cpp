@@ -1,1 +1,133 @@
 #include "ui/form.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QDialogButtonBox>
+#include <QKeyEvent>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <algorithm>
+
+#include "core/user_interface.h"
+#include "ui/accessibility.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+QList<QPushButton*> ButtonsOf(const QBoxLayout* row) {
+    QList<QPushButton*> buttons;
+    for (int i = 0; i < row->count(); ++i)
+        if (auto* button = qobject_cast<QPushButton*>(row->itemAt(i)->widget())) buttons += button;
+    return buttons;
+}
+
+void GiveButtonsOneWidth(const QWidget* window) {
+    for (const QBoxLayout* row : window->findChildren<QHBoxLayout*>()) {
+        const QList<QPushButton*> buttons = ButtonsOf(row);
+        if (buttons.size() < 2) continue;
+        int width = 0;
+        for (const QPushButton* button : buttons)
+            if (!button->isHidden()) width = std::max(width, button->sizeHint().width());
+        for (QPushButton* button : buttons)
+            button->setMinimumWidth(width);
+    }
+}
+
+// The .ui files have the default button first, as most desktops do; where dialogs end with it, the row is turned round.
+void OrderButtonRow(const QWidget* window) {
+    auto* row = window->findChild<QHBoxLayout*>(u"buttonRow"_s);
+    if (!row || window->style()->styleHint(QStyle::SH_DialogButtonLayout) != QDialogButtonBox::GnomeLayout) return;
+    QList<QPushButton*> buttons = ButtonsOf(row);
+    for (QPushButton* button : buttons)
+        row->removeWidget(button);
+    std::ranges::reverse(buttons);
+    for (qsizetype i = 0; i < buttons.size(); ++i) {
+        row->addWidget(buttons[i]);
+        if (i > 0) QWidget::setTabOrder(buttons[i - 1], buttons[i]);
+    }
+}
+
+// Made once a window and owned by it; its presence is what makes the window one of the program's.
+class FormManner : public QObject {
+  public:
+    FormManner(QWidget* window, UserInterface& ui, int helpTopic)
+        : QObject(window), made_(++lastMade), ui_(ui), helpTopic_(helpTopic) {
+        window->installEventFilter(this);
+    }
+
+    quint64 Made() const { return made_; }
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        auto* window = static_cast<QWidget*>(object);
+        // A key that no control and no shortcut of the window wanted comes here.
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->matches(QKeySequence::HelpContents)) {
+            ui_.HelpContext(helpTopic_);
+            return true;
+        }
+        // Captions may be set between the making and the showing.
+        if (event->type() == QEvent::Show && !event->spontaneous()) NameControls(window);
+        if (event->type() == QEvent::Show || event->type() == QEvent::FontChange ||
+            event->type() == QEvent::StyleChange)
+            GiveButtonsOneWidth(window);
+        return false;
+    }
+
+  private:
+    static inline quint64 lastMade = 0;
+
+    const quint64 made_;
+    UserInterface& ui_;
+    const int helpTopic_;
+};
+
+FormManner* MannerOf(const QWidget* window) {
+    for (QObject* child : window->children())
+        if (auto* manner = dynamic_cast<FormManner*>(child)) return manner;
+    return nullptr;
+}
+
+QList<QWidget*> LoadedForms() {
+    QList<QWidget*> forms;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (MannerOf(window)) forms += window;
+    std::ranges::sort(forms, {}, [](const QWidget* window) { return MannerOf(window)->Made(); });
+    return forms;
+}
+
+}  // namespace
+
+void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic) {
+    new FormManner(window, ui, helpTopic);
+    OrderButtonRow(window);
+    GiveButtonsOneWidth(window);
+    NameControls(window);
+}
+
+QList<QWidget*> OpenForms() {
+    QList<QWidget*> forms = LoadedForms();
+    forms.removeIf([](const QWidget* window) { return !window->isVisible(); });
+    return forms;
+}
+
+void WindowsCloseAll(const QStringList& except) {
+    QList<QPointer<QWidget>> forms;
+    for (QWidget* window : LoadedForms())
+        forms += window;
+    // Closing one may take another with it.
+    for (const QPointer<QWidget>& window : forms)
+        if (window && !except.contains(window->objectName())) window->close();
+}
+
+void WinCenter(QWidget* window) {
+    const QRect screen = window->screen()->availableGeometry();
+    const QSize size = window->frameGeometry().size();
+    window->move(screen.left() + (screen.width() - size.width()) / 2,
+                 screen.top() + (screen.height() - size.height()) / 2);
+}
+
+}  // namespace quibra

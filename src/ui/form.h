@@ -9,12 +9,13 @@ namespace quibra {
 class UserInterface;
 
 // Makes `window` one of the program's windows: F1 opens help topic `helpTopic`, controls without an accessible name get
-// their caption's or buddy's, buttons of one row get one width, Escape closes a dialog. `ui` must outlive the window.
+// their buddy's (see NameControls), push buttons of one row get one width, and the row whose layout is named
+// `buttonRow` stands in the order that the platform's dialogs have. `ui` must outlive the window.
 void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic);
 
 // The program's windows that are open, in the order of their making. Progress disables and enables these.
 QList<QWidget*> OpenForms();
-// Closes all of them but those named by objectName.
+// Closes all of the program's windows, hidden ones too, but those named by objectName. A window may refuse.
 void WindowsCloseAll(const QStringList& except);
 
 // In the middle of the screen.

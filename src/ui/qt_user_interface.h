@@ -1,8 +1,10 @@
-// The user at the windows of a Qt program.
+// The user at the windows of a Qt program. Made once, behind the QApplication; must not outlive it.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <memory>
+#include <vector>
 
 #include "core/user_interface.h"
 
@@ -11,13 +13,16 @@ class QWidget;
 namespace quibra {
 
 class FrmProcessing;
+class HelpViewer;
 
 class QtUserInterface : public UserInterface {
   public:
     QtUserInterface();
     ~QtUserInterface() override;
+    QtUserInterface(const QtUserInterface&) = delete;
+    QtUserInterface& operator=(const QtUserInterface&) = delete;
 
-    Answer Message(const QString& text, int style, const QString& title) override;
+    Answer Message(const QString& text, int style, const QString& title = DefaultTitle()) override;
     int AskBox(const QString& info1, const QString& info2, const QString& func1, const QString& func2) override;
     bool InputBox(const QString& title, const QString& name, const QString& range, const QString& caution,
                   QString& text) override;
@@ -25,6 +30,7 @@ class QtUserInterface : public UserInterface {
     bool QuestionsBox(const QString& info, const QStringList& questions, QList<bool>& selected) override;
     QString DirBox() override;
     QString FileBox(const QString& path, const QString& filter, bool save) override;
+    // Until ProgressClose all open windows but that of the progress are disabled, whether it is shown or not.
     void ProgressOpen(const ProgressSpec& spec) override;
     bool Progress(const QString& text, double fraction) override;
     void ProgressClose() override;
@@ -36,9 +42,24 @@ class QtUserInterface : public UserInterface {
     void HelpSearch();
 
   private:
+    struct Paused {
+        QPointer<QWidget> window;
+        QPointer<QWidget> focus;  // disabling takes it away
+    };
+    class Question;  // while one lives, the pointer is not the busy one
+
+    void RefreshPointer();
+    HelpViewer& Help();
+
     std::unique_ptr<FrmProcessing> processing_;
-    QList<QPointer<QWidget>> disabled_;  // windows that ProgressClose enables again
+    std::unique_ptr<HelpViewer> help_;
+    std::vector<Paused> paused_;  // what ProgressClose enables again
+    ProgressSpec spec_;
+    QElapsedTimer sinceEvents_;  // since waiting events last ran
+    QString folder_;             // the last one chosen in DirBox
     int busy_ = 0;
+    int questions_ = 0;
+    bool busyShown_ = false;
 };
 
 }  // namespace quibra

@@ -33,6 +33,8 @@ def faults_of(path, relative):
             continue
         bracket, name = match.groups()
         target = name.split("/")[0]
+        if bracket == '"' and name.startswith("ui_") and path.with_name(name[3:-2] + ".ui").exists():
+            continue  # made from it by uic
         if bracket == '"' and target not in ALLOWED and not (path.parent / name).exists():
             yield f"{relative}:{number}: {name} is not below src/"
         elif bracket == '"' and target in ALLOWED and target not in allowed:
