@@ -48,7 +48,7 @@ struct TotalView {
 };
 
 // Column widths carried from one result to the next, in twips at scale 1; entries as in the settings file.
-using ColumnWidths = std::array<qint32, 10>;
+using ColumnWidths = std::array<qint32, 16>;
 inline constexpr ColumnWidths kDefaultColumnWidths = {1400, 1000, 800, 0, 0, 1000, 1000, 1400, 2600, 1400};
 
 // The grid row above the first listed answer, with the columns' headings.

@@ -73,6 +73,17 @@ void DrawLines(QPainter& painter, const QRect& rect, bool top, const QString& te
     }
 }
 
+// The ground of every other row: a little of the text's colour, since a ground that the user has chosen has no
+// alternate.
+QColor Band(const QPalette& palette, QPalette::ColorGroup group) {
+    constexpr float kShare = 0.05F;
+    const QColor base = palette.color(group, QPalette::Base);
+    const QColor text = palette.color(group, QPalette::Text);
+    const auto mix = [](float from, float to) { return from + (to - from) * kShare; };
+    return QColor::fromRgbF(mix(base.redF(), text.redF()), mix(base.greenF(), text.greenF()),
+                            mix(base.blueF(), text.blueF()));
+}
+
 QRect Inside(const QRect& cell) {
     return cell.adjusted(kSidePadding, 0, -kSidePadding, 0);
 }
@@ -151,7 +162,7 @@ void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& optio
     else if (kind == GridRowKind::Heading)
         ground = ColorOf(ThemeColor::HeadingTint, palette);
     else if (kind == GridRowKind::Choice && row % 2 != 0)
-        ground = palette.color(group, QPalette::AlternateBase);
+        ground = Band(palette, group);
     painter.save();
     painter.setClipRect(option.rect, Qt::IntersectClip);
     painter.fillRect(option.rect, ground);

@@ -1,0 +1,358 @@
+#include "tabulation/windows/frm_grid_base.h"
+
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QFontInfo>
+#include <QGuiApplication>
+#include <QScopeGuard>
+
+#include "core/binary_file.h"
+#include "core/labels.h"
+#include "core/numbers.h"
+#include "core/settings.h"
+#include "core/survey_session.h"
+#include "tabulation/html_result.h"
+#include "tabulation/text_result.h"
+#include "tabulation/windows/result_grid_model.h"
+#include "tabulation/windows/sheet_host.h"
+#include "ui/font_dialog.h"
+#include "ui/form.h"
+#include "ui/window_place.h"
+#include "ui_frm_grid_base.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+constexpr int kHelpTopic = 52;
+// Points of the font at which a column is as wide as its width says.
+constexpr double kFontOfScaleOne = 9.75;
+// Milliseconds: events run this often during a total, and the cells show what has come so far once it has taken so
+// long.
+constexpr qint64 kEventInterval = 25;
+constexpr qint64 kShowAfter = 200;
+
+void WriteFile(const QString& path, const QByteArray& bytes) {
+    BinaryFile file = BinaryFile::Create(path);
+    file.Write(reinterpret_cast<const unsigned char*>(bytes.constData()), static_cast<size_t>(bytes.size()));
+    file.Close();
+}
+
+double PointsOf(const QWidget* widget) {
+    return QFontInfo(widget->font()).pointSizeF();
+}
+
+}  // namespace
+
+FrmGridBase::FrmGridBase(SurveySession& session, Settings& settings, ResultWindows& windows)
+    : ui_(std::make_unique<Ui::frmGridBase>()),
+      session_(session),
+      settings_(settings),
+      windows_(windows),
+      sheet_(session.survey, session.ui, *this, settings.GridWidth),
+      model_(new ResultGridModel(session.survey, sheet_, this)) {
+    ui_->setupUi(this);
+    // Hidden during a total; nothing else moves meanwhile.
+    QSizePolicy policy = ui_->txtGrid->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    ui_->txtGrid->setSizePolicy(policy);
+    ui_->cmdCancel->raise();
+    if (!settings.FontSet[kFontGridBase].FontName.isEmpty()) FontApply(settings, kFontGridBase, ui_->Grid);
+    sheet_.FontScale = static_cast<float>(PointsOf(ui_->Grid) / kFontOfScaleOne);
+    ui_->Grid->setModel(model_);
+    SetKindMenus(false);
+    SetUpForm(this, session.ui, kHelpTopic);
+
+    for (QAction* later : {ui_->mnuPageLoad, ui_->mnuPageSave, ui_->mnuSearch, ui_->mnuOutput, ui_->mnuGraphOrder_4,
+                           ui_->mnuGoEssay, ui_->mnuEssayTotal, ui_->mnuSearchLetter, ui_->mnuSearchNumber})
+        connect(later, &QAction::triggered, this, &FrmGridBase::ComesLater);
+    for (QAction* later : {ui_->mnuGraphOrder_0, ui_->mnuGraphOrder_1, ui_->mnuGraphOrder_2, ui_->mnuGraphOrder_3})
+        connect(later, &QAction::triggered, this, [this, later](bool checked) {
+            later->setChecked(!checked);
+            ComesLater();
+        });
+    connect(ui_->mnuRefQno, &QAction::triggered, this, &FrmGridBase::mnuRefQno_Click);
+    connect(ui_->mnuQuit, &QAction::triggered, this, &FrmGridBase::close);
+    connect(ui_->mnuCopy, &QAction::triggered, this, &FrmGridBase::mnuCopy_Click);
+    connect(ui_->mnuAll, &QAction::triggered, ui_->Grid, &FlexGrid::selectAll);
+    connect(ui_->mnuTextSave, &QAction::triggered, this, &FrmGridBase::mnuTextSave_Click);
+    connect(ui_->mnuHTMLSave, &QAction::triggered, this, &FrmGridBase::mnuHTMLSave_Click);
+    connect(ui_->mnuPercent_0, &QAction::triggered, this, [this] { mnuPercent_Click(0); });
+    connect(ui_->mnuPercent_1, &QAction::triggered, this, [this] { mnuPercent_Click(1); });
+    connect(ui_->mnuPercent_2, &QAction::triggered, this, [this] { mnuPercent_Click(2); });
+    connect(ui_->mnuSort, &QAction::triggered, this, &FrmGridBase::RunTotal);
+    connect(ui_->mnuSpace, &QAction::triggered, this, &FrmGridBase::RunTotal);
+    connect(ui_->mnuFontChange, &QAction::triggered, this, &FrmGridBase::mnuFontChange_Click);
+    connect(ui_->totalAgain, &QAction::triggered, this, &FrmGridBase::TotalAgain);
+    connect(ui_->cmdNext, &QPushButton::clicked, this, &FrmGridBase::cmdNext_Click);
+    connect(ui_->cmdCancel, &QPushButton::clicked, this, &FrmGridBase::cmdCancel_Click);
+    connect(ui_->Grid, &FlexGrid::CurrentCellChanged, this, &FrmGridBase::Grid_CurrentCellChange);
+    connect(ui_->Grid, &FlexGrid::CopyRequested, this, &FrmGridBase::mnuCopy_Click);
+    connect(ui_->Grid, &FlexGrid::MenuRequested, this, [this](const QPoint& place) {
+        if (ui_->mnuEdit->isEnabled()) ui_->mnuEdit->popup(place);
+    });
+
+    const QFontMetrics metrics = fontMetrics();
+    resize(90 * metrics.averageCharWidth(), 30 * metrics.lineSpacing());
+    WinCenter(this);
+    WinPosRestore(settings, kPosGridBase, this);
+}
+
+FrmGridBase::~FrmGridBase() = default;
+
+void FrmGridBase::SheetCommand(const QString& command) {
+    if (command == u"Do Total"_s)
+        DoTotal();
+    else if (command == u"Resend GraphData"_s || command == u"Save Page"_s)
+        ComesLater();
+    else
+        session_.ui.Message(u"命令ミス : "_s + command, kOkOnly);
+}
+
+void FrmGridBase::SetActivationCounts(bool on) {
+    ui_->txtGrid->setEnabled(on);
+}
+
+void FrmGridBase::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && ui_->txtGrid->isEnabledTo(this))
+        windows_.Activated(*this);
+}
+
+void FrmGridBase::closeEvent(QCloseEvent* event) {
+    if (!ui_->mnuFile->isEnabled()) {
+        session_.ui.Beep();
+        event->ignore();
+        return;
+    }
+    if (isVisible()) WinPosSave(settings_, kPosGridBase, this);
+    windows_.Closed(*this);
+    event->accept();
+}
+
+void FrmGridBase::mnuRefQno_Click() {
+    QList<bool> selected(session_.survey.QuestionCount);
+    for (const int q : sheet_.RefQno)
+        if (q < selected.size()) selected[q] = true;
+    if (!session_.ui.QuestionsBox(u"参照する質問を選択してください"_s, PlainQuestionList(session_.survey), selected))
+        return;
+    sheet_.RefQno.clear();
+    for (int q = 0; q < selected.size(); ++q)
+        if (selected[q]) sheet_.RefQno.push_back(q);
+    SheetCommand(u"Do Total"_s);
+}
+
+void FrmGridBase::mnuCopy_Click() {
+    session_.ui.Busy(true);
+    const auto idle = qScopeGuard([this] { session_.ui.Busy(false); });
+    const CellRange range = ui_->Grid->Selection();
+    Try([&] {
+        const QString dump = sheet_.grid.Dump(range.column1, range.row1, range.column2, range.row2);
+        QGuiApplication::clipboard()->setText(ClipText(dump));
+    });
+}
+
+void FrmGridBase::mnuTextSave_Click() {
+    const QString path = session_.ui.FileBox(QString(), u"全てのファイル(*.*)|*.*|"_s, true);
+    if (path.isEmpty()) return;
+    // The blank columns between limits are not written.
+    const bool spaced = ui_->mnuSpace->isVisible() && ui_->mnuSpace->isChecked();
+    if (spaced) ui_->mnuSpace->trigger();
+    ui_->Grid->selectAll();
+    QString fault;
+    try {
+        WriteFile(path, WriteText(windowTitle(), sheet_.grid));
+    } catch (const RuntimeError& error) {
+        fault = error.Text();
+    }
+    if (spaced) ui_->mnuSpace->trigger();
+    if (!fault.isEmpty()) session_.ui.Message(fault, kOkOnly);
+    session_.ui.Beep();
+}
+
+void FrmGridBase::mnuHTMLSave_Click() {
+    const QString path =
+        session_.ui.FileBox(QString(), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
+    if (path.isEmpty()) return;
+    session_.ui.Busy(true);
+    try {
+        WriteFile(path, WriteHtml(session_.survey, sheet_));
+    } catch (const RuntimeError&) {
+        // The command has no words for this: what could be written is written.
+    }
+    session_.ui.Busy(false);
+    session_.ui.Beep();
+}
+
+void FrmGridBase::mnuPercent_Click(int index) {
+    QAction* const items[] = {ui_->mnuPercent_0, ui_->mnuPercent_1, ui_->mnuPercent_2};
+    for (QAction* item : items)
+        item->setChecked(item == items[index]);
+    RunTotal();
+}
+
+void FrmGridBase::mnuFontChange_Click() {
+    QFont font = ui_->Grid->font();
+    QPalette palette = ui_->Grid->palette();
+    QColor color = palette.color(QPalette::Text);
+    if (!PickFont(this, font, color)) return;
+    palette.setColor(QPalette::Text, color);
+    ui_->Grid->setPalette(palette);
+    ui_->Grid->setFont(font);
+    FontStore(settings_, kFontGridBase, ui_->Grid);
+}
+
+void FrmGridBase::cmdNext_Click() {
+    const qint32 last = session_.survey.SampleCount() - 1;
+    QString text = QString::number(sheet_.FromDno);
+    if (!session_.ui.InputBox(u"集計の続き"_s, u"ﾛｰｶﾙ番号"_s, u"～"_s + QString::number(last),
+                              u"ﾛｰｶﾙ番号何番から集計を続けますか？"_s, text))
+        return;
+    Try([&] {
+        const double from = LeadingNumber(text);
+        if (from < 0 || from > last) return;
+        sheet_.FromDno = RoundToInt32(from);
+        SheetCommand(u"Do Total"_s);
+    });
+}
+
+void FrmGridBase::cmdCancel_Click() {
+    // The disabled button is what the total looks at.
+    if (session_.ui.Message(u"中止しますか？"_s, kOkCancel | kSecondDefault) == Answer::Ok)
+        ui_->cmdCancel->setEnabled(false);
+}
+
+void FrmGridBase::Grid_CurrentCellChange() {
+    if (ui_->txtGrid->isHidden()) return;
+    ui_->txtGrid->setText(ui_->Grid->CurrentText());
+    ui_->txtGrid->setCursorPosition(0);
+}
+
+void FrmGridBase::Started() {
+    pass_ = nullptr;
+    percent_.clear();
+    ui_->lblInfo2->setText(u"集計中"_s);
+    ui_->lblInfo->clear();
+    SetBusy(false);
+    ui_->cmdCancel->show();
+    ui_->cmdCancel->setEnabled(true);
+    ui_->cmdCancel->setFocus();
+    ui_->Grid->setUpdatesEnabled(false);
+    running_.start();
+    sinceEvents_.invalidate();
+}
+
+void FrmGridBase::ShowPass(int q, int toQno, int L, int limitCount) {
+    pass_ = [=] { return PassText(q, toQno, L, limitCount); };
+}
+
+void FrmGridBase::ShowPercent(qint32 done, qint32 of) {
+    percent_ = PercentOf(done, of);
+}
+
+void FrmGridBase::RefreshProgress() {
+    if (pass_) ui_->lblInfo2->setText(pass_());
+    ui_->lblInfo->setText(percent_);
+}
+
+void FrmGridBase::LetEventsRun() {
+    if (sinceEvents_.isValid() && sinceEvents_.elapsed() < kEventInterval) return;
+    RefreshProgress();
+    const bool show = running_.elapsed() >= kShowAfter;
+    if (show) {
+        model_->Sync();
+        ui_->Grid->RefreshSizes(false);
+        ui_->Grid->setUpdatesEnabled(true);
+    }
+    session_.ui.LetEventsRun();
+    if (show) ui_->Grid->setUpdatesEnabled(false);
+    sinceEvents_.start();
+}
+
+bool FrmGridBase::Cancelled() const {
+    return !ui_->cmdCancel->isEnabled();
+}
+
+void FrmGridBase::Finished() {
+    RefreshProgress();
+    if (isMinimized() && sheet_.option.TotalKind == kTable) showNormal();
+    const bool essayList = sheet_.option.TotalKind == kEssayList;
+    ui_->cmdCancel->setEnabled(false);
+    ui_->cmdCancel->setVisible(!essayList);
+    ui_->cmdNext->setVisible(essayList);
+    ui_->cmdNext->setEnabled(sheet_.HasNext);
+    ui_->lblFromDno->setText(QString::number(sheet_.FromDno));
+    ui_->lblFromDno->setVisible(essayList && sheet_.HasNext);
+    model_->SyncAll();
+    ui_->Grid->RefreshSizes(true);
+    ui_->Grid->setUpdatesEnabled(true);
+    SetBusy(true);
+    ui_->Grid->Select({0, ResultGrid::kFixedRows, 0, ResultGrid::kFixedRows});
+    ui_->Grid->setFocus();
+}
+
+void FrmGridBase::DoTotal() {
+    show();
+    raise();
+    activateWindow();
+    SetKindMenus(windows_.option.TotalKind == kEssayList);
+    shownFromDno_ = sheet_.FromDno;
+    Try([this] { sheet_.DoTotal(windows_.option); });
+}
+
+// Counts only if that has not been done for these options; otherwise shows the result in the view that is checked.
+void FrmGridBase::RunTotal() {
+    sheet_.view.percent = ui_->mnuPercent_0->isChecked()   ? TotalView::CountsOnly
+                          : ui_->mnuPercent_1->isChecked() ? TotalView::CountsAndPercent
+                                                           : TotalView::PercentOnly;
+    sheet_.view.sort = ui_->mnuSort->isChecked();
+    sheet_.view.space = ui_->mnuSpace->isChecked();
+    Try([this] { sheet_.RunTotal(); });
+}
+
+void FrmGridBase::TotalAgain() {
+    if (!ui_->mnuFile->isEnabled()) return;
+    sheet_.FromDno = shownFromDno_;
+    SheetCommand(u"Do Total"_s);
+}
+
+void FrmGridBase::SetKindMenus(bool essayList) {
+    for (QAction* item : {ui_->mnuSpaceResult, ui_->mnuPercent_0, ui_->mnuPercent_1, ui_->mnuPercent_2,
+                          ui_->mnuGraphOrder_0, ui_->mnuGraphOrder_1, ui_->mnuGraphOrder_2, ui_->mnuGraphOrder_3,
+                          ui_->mnuSortSpace, ui_->mnuSort, ui_->mnuSpaceSpace, ui_->mnuSpace, ui_->mnuGoEssay})
+        item->setVisible(!essayList);
+    for (QAction* item : {ui_->mnuSpaceSearch, ui_->mnuSearch, ui_->mnuOutput, ui_->mnuRefQno, ui_->mnuEssayTotal,
+                          ui_->mnuSearchLetter, ui_->mnuSearchNumber})
+        item->setVisible(essayList);
+    ui_->cmdNext->setVisible(essayList);
+    ui_->lblFromDno->setVisible(false);
+}
+
+// As told: `idle` false while a total runs.
+void FrmGridBase::SetBusy(bool idle) {
+    for (QWidget* form : OpenForms())
+        if (form != this) form->setEnabled(idle);
+    ui_->txtGrid->setVisible(idle);
+    ui_->mnuFile->setEnabled(idle);
+    ui_->mnuEdit->setEnabled(idle);
+    ui_->mnuFont->setEnabled(idle);
+    ui_->totalAgain->setEnabled(idle);
+    ui_->cmdCancel->setEnabled(!idle);
+}
+
+void FrmGridBase::ComesLater() {
+    session_.ui.Message(u"この機能はまだ使えません。"_s, kOkOnly);
+}
+
+// Whatever fails here has changed nothing of the survey: the user reads why, and goes on.
+void FrmGridBase::Try(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const RuntimeError& error) {
+        session_.ui.Message(error.Text(), kWarning);
+    }
+}
+
+}  // namespace quibra

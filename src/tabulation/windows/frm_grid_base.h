@@ -3,11 +3,10 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <functional>
 #include <memory>
 
 #include "tabulation/total_sheet.h"
-
-class QFont;
 
 namespace Ui {
 class frmGridBase;
@@ -28,7 +27,7 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     ~FrmGridBase() override;
 
     // What other windows ask of this one. "Do Total" shows the window and totals by the current options
-    // (ResultWindows::option); anything unknown is a message.
+    // (ResultWindows::option), and returns when that is done; anything unknown is a message.
     void SheetCommand(const QString& command);
 
     // While this is off the window can come to the front without handing its options back. Whoever sends "Do Total" to
@@ -42,17 +41,14 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    void mnuSearch_Click();
-    void mnuOutput_Click();
     void mnuRefQno_Click();
     void mnuCopy_Click();
-    void mnuAll_Click();
     void mnuTextSave_Click();
     void mnuHTMLSave_Click();
     void mnuPercent_Click(int index);
     void mnuFontChange_Click();
-    void cmdCancel_Click();
     void cmdNext_Click();
+    void cmdCancel_Click();
     void Grid_CurrentCellChange();
 
     // TotalMonitor
@@ -61,18 +57,16 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     void ShowPercent(qint32 done, qint32 of) override;
     void LetEventsRun() override;
     bool Cancelled() const override;
-    void Redraw(bool on) override;
     void Finished() override;
 
     void DoTotal();
     void RunTotal();
-    void SetTableMenus(bool on);
-    void SetEssayMenus(bool on);
-    void SetBusy(bool on);
-    void NotYet();
-    void SelectAll();
-    void ApplyFont(const QFont& font, qint32 color);
+    void TotalAgain();
+    void SetKindMenus(bool essayList);
+    void SetBusy(bool idle);
     void RefreshProgress();
+    void ComesLater();
+    void Try(const std::function<void()>& step);
 
     std::unique_ptr<Ui::frmGridBase> ui_;
     SurveySession& session_;
@@ -80,6 +74,13 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     ResultWindows& windows_;
     TotalSheet sheet_;
     ResultGridModel* model_;
+    qint32 shownFromDno_ = 0;  // where the list now shown starts
+
+    // What a running total has told last, shown when the clock says so.
+    std::function<QString()> pass_;
+    QString percent_;
+    QElapsedTimer running_;
+    QElapsedTimer sinceEvents_;
 };
 
 }  // namespace quibra

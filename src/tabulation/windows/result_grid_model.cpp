@@ -4,7 +4,8 @@
 
 namespace quibra {
 
-ResultGridModel::ResultGridModel(TotalSheet& sheet, QObject* parent) : QAbstractTableModel(parent), sheet_(sheet) {
+ResultGridModel::ResultGridModel(const Survey& survey, TotalSheet& sheet, QObject* parent)
+    : QAbstractTableModel(parent), survey_(survey), sheet_(sheet) {
     TakeShape();
 }
 
@@ -53,14 +54,14 @@ void ResultGridModel::TakeShape() {
     if (sheet_.ViewFlags == 0) return;  // nothing planned yet
     for (int q = option.FromQno; q <= option.ToQno; ++q) {
         const int start = sheet_.RowStart(q);
-        const int end = sheet_.RowStart(q + 1);
+        const int total = start + TotalSheet::kFirstChoiceRow + survey_.Questions[q].ChoiceCount;
         setKind(start, GridRowKind::Heading);
         setKind(start + TotalSheet::kWholeLimitRow, GridRowKind::Limit);
         setKind(start + TotalSheet::kLimitRow, GridRowKind::Limit);
-        for (int row = start + TotalSheet::kFirstChoiceRow; row < end - 2; ++row)
+        for (int row = start + TotalSheet::kFirstChoiceRow; row < total; ++row)
             setKind(row, GridRowKind::Choice);
-        setKind(end - 2, GridRowKind::Total);
-        setKind(end - 1, GridRowKind::Blank);
+        setKind(total, GridRowKind::Total);
+        setKind(total + 1, GridRowKind::Blank);
     }
     for (int column = 0; column < columns_; ++column)
         figureColumns_[static_cast<size_t>(column)] = sheet_.grid.Alignment(column) == CellAlignment::LeftCenter;

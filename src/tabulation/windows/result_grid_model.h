@@ -1,5 +1,6 @@
 // A TotalSheet's cells as a model for FlexGrid. The sheet changes its cells without telling; Sync tells the views what
-// has become of them. Between two Syncs cells that are gone read as empty. The sheet must outlive the model.
+// has become of them. Between two Syncs cells that are gone read as empty. Survey and sheet must
+// outlive the model.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -13,7 +14,7 @@ namespace quibra {
 class ResultGridModel : public QAbstractTableModel {
     Q_OBJECT
   public:
-    ResultGridModel(TotalSheet& sheet, QObject* parent);
+    ResultGridModel(const Survey& survey, TotalSheet& sheet, QObject* parent);
 
     // The sheet as it now stands. Rows that were only added keep the selection.
     void Sync();
@@ -31,6 +32,7 @@ class ResultGridModel : public QAbstractTableModel {
     bool Holds(int row, int column) const;
     bool IsFigure(int row, int column) const;
 
+    const Survey& survey_;
     TotalSheet& sheet_;
     int columns_ = 1;
     std::vector<GridRowKind> kinds_;   // one a row
