@@ -3,10 +3,9 @@
 // could be read counts, the rest are defaults.
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <array>
-
-#include "core/survey.h"
 
 namespace quibra {
 
@@ -54,11 +53,13 @@ struct Settings {
     double SaveInterval = 30.0 / 1440;  // in days
 };
 
+// Where the file lies: in the user's configuration folder.
+QString SettingsPath();
 // All defaults.
 Settings SettingsDefault();
 // Reads the file at `path`, in any of its forms.
 Settings SettingsRead(const QString& path);
-// Writes the present form. Says nothing when that fails.
+// Writes the present form, making the folder when there is none. Says nothing when that fails.
 void SettingsWrite(const Settings& settings, const QString& path);
 
 // Puts `path` in front of the recent files; an empty one changes nothing.

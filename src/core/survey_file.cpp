@@ -120,9 +120,9 @@ bool ReadBody(SurveySession& session, ByteReader& in, int code) {
 
     SurveyReader reader(in, code, survey);
     reader.ReadTitleAndPassword();
-    LockRelease(session.menu);
+    session.Unlock();
     reader.ReadLockLevelAndEditor();
-    LockApply(survey, session.menu);
+    session.Lock();
     ui.Progress(u"ｱﾝｹｰﾄの質問・限定条件読み込み"_s, 0);
     reader.ReadDefinition();
     if (!reader.ReadSamples([&ui](const QString& text, double fraction) { return ui.Progress(text, fraction); }))
@@ -257,11 +257,11 @@ int SurveyLoad(SurveySession& session, QString& path, int mode) {
         if (!ReadBody(session, in, code)) return;
         Survey& survey = session.survey;
         session.ChangedOff();
-        LockApply(survey, session.menu);
         survey.FileName = path;
         survey.SavedSampleCount = survey.SampleCount();
         survey.SavedTime = QDateTime::currentDateTime();
         session.RecentAdd(path);
+        session.Lock();
         result = kLoaded;
     };
     Guarded(load, [&](const RuntimeError& error) {

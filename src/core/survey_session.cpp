@@ -9,24 +9,51 @@ SurveySession::SurveySession(UserInterface& userInterface, QString directory)
     DeadSurvey();
 }
 
+void SurveySession::SetChanged(bool on) {
+    if (menu.mnuFileSave == on) return;
+    menu.mnuFileSave = on;
+    Refresh();
+}
+
 void SurveySession::NewSurvey() {
     NewSurveyHead(survey, directory_);
     NewSurveyBody(survey);
-    ChangedOff();
+    menu.mnuFileSave = false;
+    Refresh();
 }
 
 void SurveySession::DeadSurvey() {
     survey.LockLevel = 2;
-    LockApply(survey, menu);
     survey.FileName = kUnsavable.toString();
+    Lock();
+}
+
+void SurveySession::Lock() {
+    LockApply(survey, menu);
+    Refresh();
+}
+
+void SurveySession::Unlock() {
+    LockRelease(menu);
+    Refresh();
 }
 
 void SurveySession::RecentAdd(const QString& path) {
-    if (path.isEmpty()) return;
-    recentFiles.removeAll(path);
-    recentFiles.prepend(path);
-    while (recentFiles.size() > kRecentFiles)
-        recentFiles.removeLast();
+    quibra::RecentAdd(settings, path);
+    Refresh();
+}
+
+void SurveySession::ReadSettings(const QString& path) {
+    settings = SettingsRead(path);
+    survey.QuotaFirst = settings.QuotaFirst;
+    survey.QuotaLast = settings.QuotaLast;
+    Refresh();
+}
+
+void SurveySession::WriteSettings(const QString& path) {
+    settings.QuotaFirst = survey.QuotaFirst;
+    settings.QuotaLast = survey.QuotaLast;
+    SettingsWrite(settings, path);
 }
 
 }  // namespace quibra

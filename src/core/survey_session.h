@@ -1,45 +1,58 @@
-// What the program works on: the one survey, whether it has changed, which commands are on, the recent files, and the
-// user to talk to. Owned by the program (or a test), handed down by reference. The user interface must outlive it.
+// What the program works on: the one survey, whether it has changed, which commands are on, the settings, and the user
+// to talk to. Owned by the program (or a test), handed down by reference. The user interface must outlive it.
 #pragma once
 
-#include <QStringList>
+#include <QObject>
 
 #include "core/lock.h"
+#include "core/settings.h"
 #include "core/survey.h"
 #include "core/user_interface.h"
 
 namespace quibra {
 
-class SurveySession {
+class SurveySession : public QObject {
+    Q_OBJECT
   public:
     // Starts in the dead state: a new survey in memory that may not be saved. `directory` is the program's folder.
     SurveySession(UserInterface& ui, QString directory);
-    virtual ~SurveySession() = default;
-    SurveySession(const SurveySession&) = delete;
-    SurveySession& operator=(const SurveySession&) = delete;
 
     Survey survey;
     MenuState menu;
-    QStringList recentFiles;  // newest first, at most kRecentFiles
+    Settings settings = SettingsDefault();
     UserInterface& ui;
 
-    static constexpr int kRecentFiles = 5;
-
     // The changed mark is the state of "save" itself.
-    void ChangedOn() { menu.mnuFileSave = true; }
-    void ChangedOff() { menu.mnuFileSave = false; }
+    void ChangedOn() { SetChanged(true); }
+    void ChangedOff() { SetChanged(false); }
     bool IsChanged() const { return menu.mnuFileSave; }
 
     void NewSurvey();
     // The data in memory are no longer to be trusted: nothing may be saved or shown.
     void DeadSurvey();
     bool IsDead() const { return survey.FileName == kUnsavable; }
+    // The lock's two looks; see core/lock.h.
+    void Lock();
+    void Unlock();
     // Puts `path` in front of the recent files.
     void RecentAdd(const QString& path);
 
+    // The settings' quota is the survey's while the program runs.
+    void ReadSettings(const QString& path);
+    void WriteSettings(const QString& path);
+
     const QString& Directory() const { return directory_; }
 
+    // Tells the windows that something they show has changed.
+    void Refresh() { Q_EMIT StateChanged(); }
+
+  Q_SIGNALS:
+    // Title, file, numbers of questions or samples, the lock, the changed mark or the recent files may be others.
+    void StateChanged();
+
   private:
+    void SetChanged(bool on);
+
     QString directory_;
 };
 

@@ -157,7 +157,7 @@ TEST_F(SurveyFile, LoadLeavesASavedUnchangedSurveyUnderItsLock) {
     EXPECT_EQ(session.survey.FileName, path);
     EXPECT_EQ(session.survey.SavedSampleCount, 12);
     EXPECT_TRUE(session.survey.SavedTime.isValid());
-    EXPECT_EQ(session.recentFiles, QStringList{path});
+    EXPECT_EQ(session.settings.RecentFiles[0], path);
     EXPECT_TRUE(session.menu.unlocked == false && session.menu.mnuInput && session.menu.mnuStatis);
     EXPECT_EQ(user.transcript.mid(0, 4),
               (QStringList{u"busy on"_s, u"progress open 読み込み中 | "_s + path + u" | 質問など"_s,
@@ -337,7 +337,7 @@ TEST_F(SurveyFile, StopWhileLoadingLeavesTheDeadState) {
         EXPECT_TRUE(IsDead()) << step;
         EXPECT_EQ(session.survey.SampleCount(), 12) << step;
     }
-    EXPECT_TRUE(session.recentFiles.isEmpty());
+    EXPECT_TRUE(session.settings.RecentFiles.isEmpty());
 
     // Stopped in front of the third sample: two are there.
     user.stopAtProgress = 3;

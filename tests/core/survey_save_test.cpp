@@ -98,7 +98,7 @@ TEST_F(SurveySaving, OldVersionBecomesTheBackupAndTheSurveyCountsAsSaved) {
     EXPECT_FALSE(session.IsChanged());
     EXPECT_EQ(session.survey.SavedSampleCount, session.survey.SampleCount());
     EXPECT_TRUE(session.survey.SavedTime.isValid());
-    EXPECT_EQ(session.recentFiles, QStringList{path});
+    EXPECT_EQ(session.settings.RecentFiles, QStringList{path});
 
     EXPECT_EQ(user.transcript.first(2),
               (QStringList{u"busy on"_s, u"progress open 保存中 | "_s + path + u" | 質問など"_s}));
@@ -201,7 +201,7 @@ TEST_F(SurveySaving, StopLeavesTheOldVersion) {
         EXPECT_TRUE(FileBytes(path) == old);
         EXPECT_EQ(Names(), (QStringList{u"a.qb"_s, u"a.qb~"_s}));
         EXPECT_TRUE(session.IsChanged());
-        EXPECT_TRUE(session.recentFiles.isEmpty());
+        EXPECT_TRUE(session.settings.RecentFiles.isEmpty());
     }
 
     // There is nothing to go back to in a first save, and that is told like an error.

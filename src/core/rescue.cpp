@@ -1,0 +1,46 @@
+#include "core/rescue.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+
+#include "core/binary_file.h"
+#include "core/survey_file.h"
+#include "core/survey_writer.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+bool WriteTo(const Survey& survey, const QString& path) {
+    try {
+        BinaryFile file = BinaryFile::Create(path);
+        ByteWriter out(file);
+        WriteMagic(out, kSurvey1003);
+        WriteSurvey(out, survey, nullptr, [](const QString&, double) { return true; });
+        out.Flush();
+        file.Sync();
+        file.Close();
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+QString WriteRescueFile(const SurveySession& session) noexcept {
+    if (!session.IsChanged()) return QString();
+    const QFileInfo original(session.survey.FileName);
+    const QString name =
+        original.completeBaseName() + QDateTime::currentDateTime().toString(u"'.rescue-'yyyyMMdd-HHmmss'.qb'"_s);
+    for (const QDir& folder : {original.dir(), QDir::home()}) {
+        const QString path = folder.absoluteFilePath(name);
+        if (WriteTo(session.survey, path)) return path;
+    }
+    return QString();
+}
+
+}  // namespace quibra

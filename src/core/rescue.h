@@ -1,0 +1,15 @@
+// The last thing done before a program that has failed ends: nobody's work is lost.
+#pragma once
+
+#include <QString>
+
+#include "core/survey_session.h"
+
+namespace quibra {
+
+// Writes a survey with unsaved changes beside its file, or into the home folder when that can't be, under a name of its
+// own ("name.rescue-20260401-123000.qb"). Gives the path; empty when nothing has changed or nothing could be written.
+// Throws nothing.
+QString WriteRescueFile(const SurveySession& session) noexcept;
+
+}  // namespace quibra
