@@ -127,7 +127,7 @@ class FrmTotalTest : public testing::Test {
 
     ScriptedInterface ui;
     SurveySession session{ui, QString()};
-    Settings settings = SettingsDefault();
+    Settings settings;
     ResultWindows windows{session, settings};
     QPointer<FrmTotal> form;
     int editorsSeen = 0;

@@ -78,7 +78,11 @@ void ClickLabel::paintEvent(QPaintEvent*) {
     QStylePainter painter(this);
     painter.drawPrimitive(QStyle::PE_PanelLineEdit, option);
     const int margin = option.lineWidth + kPadding;
-    const QRect inside = rect().adjusted(margin, 0, -margin, 0);
+    QRect inside = rect().adjusted(margin, 0, -margin, 0);
+    option.rect = inside;
+    option.rect.setLeft(inside.right() - fontMetrics().averageCharWidth());
+    painter.drawPrimitive(QStyle::PE_IndicatorArrowRight, option);
+    inside.setRight(option.rect.left() - kPadding);
     painter.drawItemText(inside, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, option.palette, isEnabled(),
                          fontMetrics().elidedText(text(), Qt::ElideRight, inside.width()), QPalette::Text);
 }

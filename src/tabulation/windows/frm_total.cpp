@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 
 #include "conditions/windows/edit_limit.h"
+#include "core/attempt.h"
 #include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/settings.h"
@@ -203,11 +204,7 @@ void FrmTotal::SetWindow(int kind) {
 }
 
 void FrmTotal::Run(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RuntimeError& error) {
-        session_.ui.Message(error.Text(), kWarning);
-    }
+    Attempt(session_.ui, action);
     Refresh();
 }
 
