@@ -44,16 +44,17 @@ void SurveySession::RecentAdd(const QString& path) {
 }
 
 void SurveySession::ReadSettings(const QString& path) {
+    settingsPath_ = path;
     settings = SettingsRead(path);
     survey.QuotaFirst = settings.QuotaFirst;
     survey.QuotaLast = settings.QuotaLast;
     Refresh();
 }
 
-void SurveySession::WriteSettings(const QString& path) {
+void SurveySession::WriteSettings() {
     settings.QuotaFirst = survey.QuotaFirst;
     settings.QuotaLast = survey.QuotaLast;
-    SettingsWrite(settings, path);
+    SettingsWrite(settings, settingsPath_);
 }
 
 }  // namespace quibra

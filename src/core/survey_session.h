@@ -37,9 +37,9 @@ class SurveySession : public QObject {
     // Puts `path` in front of the recent files.
     void RecentAdd(const QString& path);
 
-    // The settings' quota is the survey's while the program runs.
+    // The settings come from the file at `path` and go back there. Their quota is the survey's while the program runs.
     void ReadSettings(const QString& path);
-    void WriteSettings(const QString& path);
+    void WriteSettings();
 
     const QString& Directory() const { return directory_; }
 
@@ -54,6 +54,7 @@ class SurveySession : public QObject {
     void SetChanged(bool on);
 
     QString directory_;
+    QString settingsPath_;
 };
 
 }  // namespace quibra

@@ -37,11 +37,11 @@ void WhenAsked(std::function<void(QWidget&)> act) {
         timer->stop();
         // A window that stayed open would hang the test.
         const QPointer<QWidget> guard = window;
-        EXPECT_EQ(UnnamedControls(window), QStringList()) << window->objectName();
+        EXPECT_EQ(UnnamedControls(window), QStringList()) << qPrintable(window->objectName());
         act(*window);
         if (guard && guard->isVisible()) QTest::qWait(0);
         if (guard && guard->isVisible() && guard == QApplication::activeModalWidget()) {
-            ADD_FAILURE() << guard->objectName() << " stays open";
+            ADD_FAILURE() << qPrintable(guard->objectName()) << " stays open";
             guard->close();
         }
     });
@@ -51,7 +51,7 @@ void WhenAsked(std::function<void(QWidget&)> act) {
 template <typename Control>
 Control& Find(QWidget& window, const QString& name) {
     auto* control = window.findChild<Control*>(name);
-    EXPECT_TRUE(control) << name;
+    EXPECT_TRUE(control) << qPrintable(name);
     return *control;
 }
 

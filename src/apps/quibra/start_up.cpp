@@ -1,6 +1,9 @@
 #include "apps/quibra/start_up.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include "apps/quibra/frm_main.h"

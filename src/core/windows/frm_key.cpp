@@ -1,0 +1,69 @@
+#include "core/windows/frm_key.h"
+
+#include <QButtonGroup>
+
+#include "core/help_topics.h"
+#include "core/password.h"
+#include "core/windows/frm_other.h"
+#include "ui/form.h"
+#include "ui_frm_key.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+FrmKey::FrmKey(SurveySession& session, QWidget* parent)
+    : QDialog(parent), session_(session), controls_(std::make_unique<Ui::FrmKey>()) {
+    controls_->setupUi(this);
+    SetUpForm(this, session.ui, kHelpLock);
+    controls_->Word->SetRefusal(session.ui, u"パスワードはすべて半角英６文字です"_s);
+    controls_->NewWord->SetRefusal(session.ui, u"パスワードはすべて半角英文字です"_s);
+    auto* levels = new QButtonGroup(this);
+    levels->addButton(controls_->LV_0, 0);
+    levels->addButton(controls_->LV_1, 1);
+    levels->addButton(controls_->LV_2, 2);
+
+    connect(levels, &QButtonGroup::idClicked, this, &FrmKey::LV_Click);
+    connect(controls_->Lock, &QPushButton::clicked, this, &FrmKey::Lock_Click);
+    connect(controls_->Word, &PasswordBox::EnterPressed, this, &FrmKey::Unlock_Click);
+    connect(controls_->Unlock, &QPushButton::clicked, this, &FrmKey::Unlock_Click);
+    connect(controls_->NewWord, &PasswordBox::EnterPressed, this, &FrmKey::ChangeKey_Click);
+    connect(controls_->ChangeKey, &QPushButton::clicked, this, &FrmKey::ChangeKey_Click);
+    connect(controls_->Close, &QPushButton::clicked, this, &QDialog::close);
+    connect(&session_, &SurveySession::StateChanged, this, &FrmKey::RefreshLook);
+    RefreshLook();
+}
+
+FrmKey::~FrmKey() = default;
+
+void FrmKey::LV_Click(int index) {
+    SetLockLevel(session_, index);
+}
+
+void FrmKey::Lock_Click() {
+    session_.Lock();
+}
+
+void FrmKey::Unlock_Click() {
+    UnlockWith(session_, controls_->Word->text());
+    controls_->Word->clear();
+}
+
+void FrmKey::ChangeKey_Click() {
+    const QString word = controls_->NewWord->text();
+    ChangePassword(session_, word, [this] { return AskPassword(session_.ui, this); });
+    if (word.size() <= kMaxPasswordLength) controls_->NewWord->clear();
+}
+
+void FrmKey::RefreshLook() {
+    const bool unlocked = session_.menu.unlocked;
+    controls_->LockF->setVisible(unlocked);
+    controls_->ChangeF->setVisible(unlocked);
+    controls_->UnlockF->setVisible(!unlocked);
+    QRadioButton* const levels[] = {controls_->LV_0, controls_->LV_1, controls_->LV_2};
+    const int level = session_.survey.LockLevel;
+    if (level >= 0 && level <= 2) levels[level]->setChecked(true);
+    adjustSize();
+}
+
+}  // namespace quibra

@@ -1,0 +1,38 @@
+#include "core/windows/frm_other.h"
+
+#include "core/help_topics.h"
+#include "core/user_interface.h"
+#include "ui/form.h"
+#include "ui_frm_other.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+FrmOther::FrmOther(UserInterface& ui, QWidget* parent) : QDialog(parent), controls_(std::make_unique<Ui::FrmOther>()) {
+    controls_->setupUi(this);
+    SetUpForm(this, ui, kHelpLock);
+    controls_->Text->SetRefusal(ui, u"助言を参照せよ"_s);
+    connect(controls_->Text, &PasswordBox::EnterPressed, controls_->OK, &QPushButton::click);
+    connect(controls_->OK, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+FrmOther::~FrmOther() = default;
+
+QString FrmOther::Text() const {
+    return controls_->Text->text();
+}
+
+QString AskPassword(UserInterface& ui, QWidget* parent) {
+    FrmOther window(ui, parent);
+    return window.exec() == QDialog::Accepted ? window.Text() : QString();
+}
+
+bool VerifyPassword(UserInterface& ui, QWidget* parent, const QString& expected) {
+    FrmOther window(ui, parent);
+    if (window.exec() == QDialog::Accepted && window.Text() == expected) return true;
+    ui.Message(u"パスワードが正しくありません"_s, kOkOnly);
+    return false;
+}
+
+}  // namespace quibra

@@ -1,0 +1,32 @@
+// Locks a survey, unlocks it, and changes its password.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+namespace Ui {
+class FrmKey;
+}
+
+namespace quibra {
+
+class SurveySession;
+
+class FrmKey : public QDialog {
+  public:
+    // `session` must outlive the window.
+    FrmKey(SurveySession& session, QWidget* parent);
+    ~FrmKey() override;
+
+  private:
+    void LV_Click(int index);
+    void Lock_Click();
+    void Unlock_Click();
+    void ChangeKey_Click();
+    void RefreshLook();
+
+    SurveySession& session_;
+    std::unique_ptr<Ui::FrmKey> controls_;
+};
+
+}  // namespace quibra

@@ -1,0 +1,47 @@
+#include "core/windows/password_box.h"
+
+#include <QKeyEvent>
+
+#include "core/password.h"
+#include "core/user_interface.h"
+
+namespace quibra {
+
+PasswordBox::PasswordBox(QWidget* parent) : QLineEdit(parent) {
+    setEchoMode(QLineEdit::Password);
+    setInputMethodHints(Qt::ImhHiddenText | Qt::ImhNoAutoUppercase | Qt::ImhLatinOnly);
+    connect(this, &QLineEdit::textEdited, this, &PasswordBox::KeepLetters);
+}
+
+void PasswordBox::SetRefusal(UserInterface& ui, const QString& message) {
+    ui_ = &ui;
+    refusal_ = message;
+}
+
+// Enter is swallowed here, so that it starts what the box is for and never a default button.
+void PasswordBox::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        event->accept();
+        Q_EMIT EnterPressed();
+        return;
+    }
+    const QString typed = event->text();
+    const bool isCharacter = typed.size() == 1 && typed[0].isPrint();
+    if (isCharacter && !PasswordLetter(typed[0])) {
+        event->accept();
+        if (ui_) ui_->Message(refusal_, kOkOnly);
+        return;
+    }
+    QLineEdit::keyPressEvent(event);
+}
+
+// Typed capitals and pasted texts.
+void PasswordBox::KeepLetters() {
+    const QString kept = PasswordLetters(text());
+    if (kept == text()) return;
+    const int place = cursorPosition();
+    setText(kept);
+    setCursorPosition(std::min(place, static_cast<int>(kept.size())));
+}
+
+}  // namespace quibra
