@@ -31,14 +31,13 @@ FrmLimit::FrmLimit(SurveySession& session, LimitEditor editor, QWidget* parent)
     ui_->lblPreLimitTitle->setVisible(!editor_.IsPicker() || editor_.OffersPreLimits());
     ui_->lblCrossInfo->setVisible(editor_.ExplainsCross());
     lineRows_ = new LimitRowDelegate(ui_->lstLimit);
+    ui_->lstCno->setItemDelegate(new RowDelegate(ui_->lstCno));
     ui_->lstLimit->setItemDelegate(lineRows_);
     ui_->lstPreLimit->setItemDelegate(new PreLimitDelegate(ui_->lstPreLimit));
     ui_->lstPreEdit->setItemDelegate(new PreLimitDelegate(ui_->lstPreEdit));
     SetUpForm(this, session_.ui, kHelpLimit);
 
     ui_->lstQno->addItems(editor_.Questions());
-    // The list of a combo box is as narrow as the box, which would cut most questions short.
-    ui_->lstQno->view()->setTextElideMode(Qt::ElideRight);
     RefreshChoosers();
     RefreshLines();
     RefreshPreLimits();
@@ -68,6 +67,9 @@ FrmLimit::FrmLimit(SurveySession& session, LimitEditor editor, QWidget* parent)
         widget->installEventFilter(this);
     ui_->lstQno->setFocus();
     const int em = fontMetrics().horizontalAdvance(u'あ');
+    // The drop-down list would be as narrow as its box, and most questions are longer than that.
+    QAbstractItemView* questions = ui_->lstQno->view();
+    questions->setMinimumWidth(std::min(questions->sizeHintForColumn(0) + 2 * em, 56 * em));
     resize(sizeHint().expandedTo({60 * em, 38 * em}));
 }
 

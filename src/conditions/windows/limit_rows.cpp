@@ -9,33 +9,38 @@ using namespace Qt::StringLiterals;
 
 namespace quibra {
 
+QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    size.setHeight(std::max(size.height(), option.fontMetrics.height() * 3 / 2));
+    return size;
+}
+
 void LimitRowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
-    QStyledItemDelegate::initStyleOption(option, index);
+    RowDelegate::initStyleOption(option, index);
     if (index.row() == 0 || index.row() == index.model()->rowCount() - 1)
         option->backgroundBrush = ColorOf(ThemeColor::HeadingTint, option->palette);
 }
 
-// The mark stands at the lower edge of the row before, which is painted first and is not the selected one, unless it
-// is the heading.
+// The mark stands at the lower edge of the row before, in the colour of text: it touches the selected row, in whose
+// colour it would be lost.
 void LimitRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    QStyledItemDelegate::paint(painter, option, index);
+    RowDelegate::paint(painter, option, index);
     if (index.row() != insertionRow_ - 1) return;
     const QRectF row = option.rect;
-    const qreal tip = row.height() / 4;
+    const qreal edge = row.top() + row.height();
+    const qreal tip = row.height() / 3;
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
-    painter->setBrush(option.state & QStyle::State_Selected ? option.palette.highlightedText().color()
-                                                            : ColorOf(ThemeColor::Accent, option.palette));
-    painter->drawRect(QRectF(row.left(), row.bottom() - 2, row.width(), 2));
-    painter->drawPolygon(QPolygonF({{row.right() - 2 * tip, row.bottom() - tip},
-                                    {row.right(), row.bottom() - tip},
-                                    {row.right() - tip, row.bottom()}}));
+    painter->setBrush(option.palette.text());
+    painter->drawRect(QRectF(row.left(), edge - 2, row.width(), 2));
+    painter->drawPolygon(
+        QPolygonF({{row.right() - 2 * tip, edge - tip}, {row.right(), edge - tip}, {row.right() - tip, edge}}));
     painter->restore();
 }
 
 void PreLimitDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
-    QStyledItemDelegate::initStyleOption(option, index);
+    RowDelegate::initStyleOption(option, index);
     option->text = u"%1  %2"_s.arg(QString::number(index.row()), 2, QChar(0x2007)).arg(option->text);
     const auto* list = qobject_cast<const QListWidget*>(option->widget);
     if (list == nullptr || list->selectionMode() != QAbstractItemView::MultiSelection) return;

@@ -6,10 +6,18 @@
 
 namespace quibra {
 
-// The lines of a condition: heading and closing row tinted, and a mark between the rows where the next line goes.
-class LimitRowDelegate : public QStyledItemDelegate {
+// Rows with some air around the text.
+class RowDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+};
+
+// The lines of a condition: heading and closing row tinted, and a mark between the rows where the next line goes.
+class LimitRowDelegate : public RowDelegate {
+  public:
+    using RowDelegate::RowDelegate;
 
     // The row in front of which the next line goes, from 1.
     void SetInsertionRow(int row) { insertionRow_ = row; }
@@ -24,9 +32,9 @@ class LimitRowDelegate : public QStyledItemDelegate {
 };
 
 // Predefined conditions: each with its number in front and, where several can be picked, a tick.
-class PreLimitDelegate : public QStyledItemDelegate {
+class PreLimitDelegate : public RowDelegate {
   public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    using RowDelegate::RowDelegate;
 
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
