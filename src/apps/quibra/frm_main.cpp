@@ -33,10 +33,7 @@ QString FileOf(const QMimeData* data) {
 }  // namespace
 
 FrmMain::FrmMain(SurveySession& session, QWidget* parent)
-    : QWidget(parent),
-      session_(session),
-      ui_(std::make_unique<Ui::FrmMain>()),
-      results_(session, session.settings) {
+    : QWidget(parent), session_(session), ui_(std::make_unique<Ui::FrmMain>()), results_(session, session.settings) {
     ui_->setupUi(this);
     SetUpForm(this, session_.ui, kHelpMain);
     for (QAction* separator :
