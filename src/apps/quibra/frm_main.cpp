@@ -56,6 +56,7 @@ FrmMain::FrmMain(SurveySession& session, QWidget* parent)
         {ui_->mnuStatis, &MenuState::mnuStatis},
         {ui_->mnuKey, &MenuState::mnuKey},
     };
+    ui_->lblFile->installEventFilter(this);
     SetIcons();
     Connect();
     RefreshAll();
@@ -68,9 +69,10 @@ FrmMain::~FrmMain() {
 }
 
 void FrmMain::Connect() {
-    connect(ui_->cmdFile, &QToolButton::clicked, this, &FrmMain::cmdFile_Click);
-    connect(ui_->cmdQuestion, &QToolButton::clicked, this, &FrmMain::cmdQuestion_Click);
-    connect(ui_->cmdOthers, &QToolButton::clicked, this, &FrmMain::cmdOthers_Click);
+    // Menus open with the press: a key typed behind Alt and the letter is already theirs.
+    connect(ui_->cmdFile, &QToolButton::pressed, this, &FrmMain::cmdFile_Click);
+    connect(ui_->cmdQuestion, &QToolButton::pressed, this, &FrmMain::cmdQuestion_Click);
+    connect(ui_->cmdOthers, &QToolButton::pressed, this, &FrmMain::cmdOthers_Click);
     connect(ui_->cmdOpen, &QToolButton::clicked, this, &FrmMain::cmdOpen_Click);
     connect(ui_->cmdSave, &QToolButton::clicked, this, &FrmMain::cmdSave_Click);
     connect(ui_->cmdListQues, &QToolButton::clicked, ui_->mnuQuestions, &QAction::trigger);
@@ -199,11 +201,16 @@ void FrmMain::CloseOthers() {
     WindowsCloseAll({u"frmMain"_s, u"frmKey"_s, u"frmProcessing"_s, u"frmOther"_s});
 }
 
-void FrmMain::PopUp(QMenu* menu, const QToolButton* button) {
+void FrmMain::PopUp(QMenu* menu, QToolButton* button) {
     const QRect area = screen()->geometry();
     const bool upperHalf = frameGeometry().top() - area.top() < area.height() / 2;
     menu->popup(button->mapToGlobal(QPoint(0, upperHalf ? button->height() : 0)));
     menu->setActiveAction(menu->actions().constFirst());
+    // The menu gets the release of the press that opened it. A press on the button that closes it does not open it
+    // again.
+    connect(
+        menu, &QMenu::aboutToHide, button, [button] { button->setDown(false); }, Qt::SingleShotConnection);
+    menu->setAttribute(Qt::WA_NoMouseReplay);
 }
 
 bool FrmMain::IsWaiting() const {
@@ -236,8 +243,6 @@ void FrmMain::RefreshAll() {
     setWindowTitle(status.caption);
     ui_->lblTitle->setText(status.title);
     ui_->lblFigures->setText(status.figures);
-    ui_->lblFile->setAccessibleName(status.file);
-    ui_->lblFile->setToolTip(status.file);
     RefreshFileName();
 }
 
@@ -254,7 +259,10 @@ void FrmMain::RefreshRecentFiles() {
 }
 
 void FrmMain::RefreshFileName() {
-    const QString path = ui_->lblFile->accessibleName();
+    const QString path = StatusOf(session_).file;
+    ui_->lblFile->setVisible(!path.isEmpty());
+    ui_->lblFile->setAccessibleName(path);
+    ui_->lblFile->setToolTip(path);
     ui_->lblFile->setText(ui_->lblFile->fontMetrics().elidedText(path, Qt::ElideMiddle, ui_->lblFile->width()));
 }
 
@@ -298,9 +306,9 @@ void FrmMain::keyPressEvent(QKeyEvent* event) {
         QWidget::keyPressEvent(event);
 }
 
-void FrmMain::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    RefreshFileName();
+bool FrmMain::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui_->lblFile && event->type() == QEvent::Resize) RefreshFileName();
+    return QWidget::eventFilter(watched, event);
 }
 
 void FrmMain::changeEvent(QEvent* event) {

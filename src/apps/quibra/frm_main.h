@@ -48,7 +48,7 @@ class FrmMain : public QWidget {
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -79,7 +79,7 @@ class FrmMain : public QWidget {
     void Show(const OpenOutcome& outcome);
     void PageOpen(const QString& path);
     void CloseOthers();
-    void PopUp(QMenu* menu, const QToolButton* button);
+    void PopUp(QMenu* menu, QToolButton* button);
     bool IsWaiting() const;
     void Connect();
     void SetIcons();

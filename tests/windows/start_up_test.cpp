@@ -1,0 +1,88 @@
+#include "apps/quibra/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "apps/quibra/frm_main.h"
+#include "core/settings.h"
+#include "support/qt_printers.h"
+#include "support/scripted_interface.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+namespace {
+
+const QString kSample = QStringLiteral(QUIBRA_SOURCE_DIR "/data/samples/residents.qb");
+
+class Start : public testing::Test {
+  protected:
+    QTemporaryDir folder;
+    ScriptedInterface user;
+    ProgramFolders folders{.data = folder.filePath(u"data"_s),
+                           .runtime = folder.path(),
+                           .settings = folder.filePath(u"config/quibra.ini"_s)};
+};
+
+TEST_F(Start, NothingIsAskedTheFirstTime) {
+    StartUp program(user, folders);
+    ASSERT_TRUE(program.Run({}));
+    EXPECT_TRUE(program.Main()->isVisible());
+    EXPECT_TRUE(program.Session().IsDead());
+    EXPECT_EQ(user.transcript, QStringList());
+    EXPECT_TRUE(QFile::exists(folders.data)) << "work files need it";
+}
+
+TEST_F(Start, LastSurveyIsOfferedAndThePathOfTheCommandLineIsNot) {
+    Settings settings = SettingsDefault();
+    settings.QuotaFirst = 300;
+    settings.RecentFiles[0] = kSample;
+    SettingsWrite(settings, folders.settings);
+    const QString question = u"message 36 クイブラダイレクトスタート: "_s + kSample + u"を読み込みますか -> "_s;
+    {
+        StartUp program(user, folders);
+        ASSERT_TRUE(program.Run({}));
+        EXPECT_EQ(user.TakeTranscript(), QStringList{question + u"No"_s});
+        EXPECT_TRUE(program.Session().IsDead());
+        EXPECT_EQ(program.Session().survey.QuotaFirst, 300);
+    }
+    {
+        user.messageAnswers = {Answer::Yes};
+        StartUp program(user, folders);
+        ASSERT_TRUE(program.Run({}));
+        EXPECT_EQ(user.TakeTranscript()[0], question + u"Yes"_s);
+        EXPECT_EQ(program.Session().survey.FileName, kSample);
+        EXPECT_EQ(program.Session().survey.QuotaFirst, 300);
+    }
+    StartUp program(user, folders);
+    ASSERT_TRUE(program.Run(u"absent.qb\" and more"_s));
+    EXPECT_EQ(user.transcript, QStringList{u"message 16 クイブラ: absent.qb\" and moreが見つかりません -> Ok"_s});
+    EXPECT_TRUE(program.Main()->isVisible());
+}
+
+TEST_F(Start, SecondCopyBeepsTellsAndEnds) {
+    StartUp first(user, folders);
+    ASSERT_TRUE(first.Run({}));
+    StartUp second(user, folders);
+    EXPECT_FALSE(second.Run(kSample));
+    EXPECT_EQ(second.Main(), nullptr);
+    EXPECT_EQ(user.transcript,
+              (QStringList{u"beep"_s, u"message 48 クイブラ: 既に起動しているクイブラがあります -> Ok"_s}));
+}
+
+TEST_F(Start, CommandLineIsOnePath) {
+    const auto path = [](const QStringList& words) { return PathOfCommandLine(QStringList{u"quibra"_s} + words); };
+    EXPECT_EQ(path({}), QString());
+    EXPECT_EQ(path({u"\"my survey.qb\""_s}), u"my survey.qb"_s);
+    EXPECT_EQ(path({u"my"_s, u"survey.qb"_s}), u"my survey.qb"_s);
+    EXPECT_EQ(path({u"\"a.qb\" b"_s}), u"a.qb\" b"_s);
+    EXPECT_EQ(path({u"\""_s}), QString());
+    const QString beside = QDir::current().relativeFilePath(kSample);
+    EXPECT_EQ(path({beside}), kSample) << "the name of a survey holds in any folder";
+}
+
+}  // namespace
+}  // namespace quibra
