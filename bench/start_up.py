@@ -21,7 +21,8 @@ NAME = "jp.quibra.Quibra"
 
 
 def start_bus():
-    bus = subprocess.Popen(["dbus-daemon", "--session", "--print-address", "--nofork"], stdout=subprocess.PIPE, text=True)
+    bus = subprocess.Popen(["dbus-daemon", "--session", "--print-address", "--nofork"], stdout=subprocess.PIPE,
+                           stderr=subprocess.DEVNULL, text=True)
     return bus, bus.stdout.readline().strip()
 
 

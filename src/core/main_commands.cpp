@@ -36,6 +36,13 @@ QString LockText(const SurveySession& session) {
     }
 }
 
+// A save that breaks off leaves the survey in memory as it was: no reason to end, and to lose it.
+bool TrySave(SurveySession& session, const QString& path) {
+    bool saved = false;
+    Attempt(session.ui, [&] { saved = SurveySave(session, path); });
+    return saved;
+}
+
 }  // namespace
 
 MainStatus StatusOf(const SurveySession& session) {
@@ -46,7 +53,7 @@ MainStatus StatusOf(const SurveySession& session) {
             .title = u"アンケートは読み込まれていません"_s,
             .file = {},
             .figures =
-                u"「読み込み」でアンケートのファイルを開いてください。ファイルをこのウィンドウに落としても開きます。"_s};
+                u"「読み込み」でアンケートのファイルを開いてください。ファイルをこのウィンドウにドロップしても開けます。"_s};
     const bool hidesTitle = survey.LockLevel >= 2;
     QStringList figures = {u"質問 %1"_s.arg(survey.QuestionCount), u"サンプル %1"_s.arg(survey.SampleCount()),
                            LockText(session)};
@@ -88,7 +95,7 @@ OpenOutcome AskAndOpen(SurveySession& session, int mode) {
 
 bool SaveSurvey(SurveySession& session) {
     // The lock window turns "save" on again for a survey that is dead.
-    if (session.menu.mnuFileSave && !session.IsDead()) return SurveySave(session, session.survey.FileName);
+    if (session.menu.mnuFileSave && !session.IsDead()) return TrySave(session, session.survey.FileName);
     RefuseSave(session.ui);
     return false;
 }
@@ -99,7 +106,7 @@ void SaveSurveyAs(SurveySession& session) {
         return;
     }
     const QString path = session.ui.FileBox(session.survey.FileName, kSaveFilter, true);
-    if (path.isEmpty() || !SurveySave(session, path)) return;
+    if (path.isEmpty() || !TrySave(session, path)) return;
     session.survey.FileName = path;
     session.Refresh();
 }

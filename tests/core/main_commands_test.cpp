@@ -6,10 +6,12 @@
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cerrno>
 
 #include "core/binary_file.h"
 #include "core/survey_file.h"
 #include "core/survey_writer.h"
+#include "support/file_faults.h"
 #include "support/scripted_interface.h"
 #include "support/survey_builder.h"
 #include "support/survey_bytes.h"
@@ -95,6 +97,20 @@ TEST_F(MainCommands, SaveThatFailsKeepsWhatItCouldNotSave) {
                            u"message 48 クイブラ: パスが見つかりません。\\r\\n正しく保存出来ませんでした。 -> Ok"_s}));
     EXPECT_TRUE(session.IsChanged());
     EXPECT_EQ(session.survey.Title, u"題"_s);
+}
+
+TEST_F(MainCommands, FirstSaveThatBreaksOffLosesNothing) {
+    OpenChanged(PutSurvey(u"a.qb"_s, u"題"_s));
+    user.fileAnswers = {Path(u"new.qb"_s)};
+    ArmFileFault(FaultKind::Error, 3, ENOSPC);
+    SaveSurveyAs(session);
+    DisarmFileFault();
+    EXPECT_EQ(user.Lines(u"message"_s), (QStringList{u"message 48 クイブラ: ディスクの空き容量が不足しています。\\r\\n"
+                                                     u"正しく保存出来ませんでした。 -> Ok"_s,
+                                                     u"message 48 クイブラ: ファイルが見つかりません。 -> Ok"_s}));
+    EXPECT_TRUE(session.IsChanged());
+    EXPECT_EQ(session.survey.FileName, Path(u"a.qb"_s));
+    EXPECT_FALSE(QFile::exists(Path(u"new.qb"_s)));
 }
 
 TEST_F(MainCommands, StopInTheMiddleOfALoadLeavesTheDeadState) {

@@ -228,7 +228,9 @@ void FrmMain::SetIcons() {
         button->setIcon(ThemeIcon(name));
         button->setIconSize(QSize(size, size));
     }
-    ui_->Image1->setPixmap(QApplication::windowIcon().pixmap(QSize(size, size), devicePixelRatio()));
+    const QPixmap image = QApplication::windowIcon().pixmap(QSize(size, size), devicePixelRatio());
+    ui_->Image1->setPixmap(image);
+    ui_->Image1->setVisible(!image.isNull());
 }
 
 void FrmMain::RefreshAll() {

@@ -1,4 +1,4 @@
-#include <QPointer>
+#include <csignal>
 
 #include "apps/quibra/application.h"
 #include "apps/quibra/command_channel.h"
@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 using namespace quibra;
 
 int main(int argc, char** argv) {
+    std::signal(SIGXFSZ, SIG_IGN);  // a file beyond the user's limit is an error of the write, told like a full disk
     Application application(argc, argv);
     QCoreApplication::setApplicationName(u"quibra"_s);
     QCoreApplication::setApplicationVersion(u"" QUIBRA_VERSION ""_s);
