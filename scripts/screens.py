@@ -21,11 +21,41 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 NEEDED = {"Xvfb": "xvfb", "jwm": "jwm", "xdotool": "xdotool", "import": "imagemagick"}
 
 # Each window's name, the program that shows it with its arguments, and the keys (as xdotool names them) that lead there.
-# A list of keys is sent to whatever window is then active.
+# A list of keys is sent to whatever window is then active. A name that begins with "menu" is a picture of all
+# the program's windows, since a popup menu is not the active one.
+SURVEY = "アンケート/residents.qb"
 SCREENS = [
+    ("main", ["quibra", SURVEY], []),
+    ("main-empty", ["quibra"], []),
+    ("menu-file", ["quibra", SURVEY], ["alt+f"]),
+    ("menu-survey", ["quibra", SURVEY], ["alt+q"]),
+    ("menu-others", ["quibra", SURVEY], ["alt+o"]),
+    ("about", ["quibra"], ["alt+o", "a"]),
+    ("lock", ["quibra", SURVEY], ["alt+o", "p"]),
+    ("condition-editor", ["quibra", SURVEY], ["alt+q", "l"]),
+    ("total-setup", ["quibra", SURVEY], ["alt+q", "a"]),
     *((f"dialog-{name}", ["quibra_screens", name], [])
       for name in ("message", "ask", "input", "question", "questions", "folder", "file", "progress")),
 ]
+
+
+# Where programs look for the colours of a desktop that is set to dark.
+DARK_COLOURS = """
+[Colors:Window]
+BackgroundNormal=53,55,58
+ForegroundNormal=238,238,238
+[Colors:View]
+BackgroundNormal=30,31,34
+BackgroundAlternate=38,39,42
+ForegroundNormal=238,238,238
+[Colors:Button]
+BackgroundNormal=65,67,70
+ForegroundNormal=238,238,238
+[Colors:Selection]
+BackgroundNormal=42,118,198
+ForegroundNormal=255,255,255
+"""
+DARK_DESKTOP = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_SESSION_VERSION": "5"}
 
 
 def wait_for(what, action, seconds=20):
@@ -76,6 +106,18 @@ def active_window(process, env):
     return window if window and output(["xdotool", "getwindowpid", window], env) == str(process.pid) else None
 
 
+def area_of_windows(process, env):
+    """What all windows of the process cover together, as ImageMagick's -crop takes it."""
+    edges = []
+    for window in output(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid)], env).split():
+        shell = output(["xdotool", "getwindowgeometry", "--shell", window], env)
+        place = {key: int(value) for key, value in (line.split("=") for line in shell.splitlines())}
+        edges.append((place["X"], place["Y"], place["X"] + place["WIDTH"], place["Y"] + place["HEIGHT"]))
+    left, top = min(edge[0] for edge in edges), min(edge[1] for edge in edges)
+    right, bottom = max(edge[2] for edge in edges), max(edge[3] for edge in edges)
+    return f"{right - left}x{bottom - top}+{left}+{top}"
+
+
 def settled_picture(window, env, path):
     """Takes pictures until two are the same: the window has been drawn and nothing in it moves."""
     last = None
@@ -95,11 +137,18 @@ def take(screen, build, path, env, dark):
     name, command, keys = screen
     with tempfile.TemporaryDirectory(prefix="quibra-screens-") as home:
         # Nobody's settings and files are in the pictures.
-        program_env = env | {"HOME": home, "XDG_CONFIG_HOME": f"{home}/.config", "XDG_DATA_HOME": f"{home}/.local/share"}
+        program_env = env | {"HOME": home, "XDG_CONFIG_HOME": f"{home}/.config", "XDG_DATA_HOME": f"{home}/.local/share",
+                             "XDG_RUNTIME_DIR": home}
         for folder in ("アンケート/2023年度", "アンケート/2024年度", "集計結果", "書類"):
             (pathlib.Path(home) / folder).mkdir(parents=True)
         shutil.copy(ROOT / "data/samples/residents.qb", pathlib.Path(home) / "アンケート")
-        program = [str(build / "bin" / command[0]), *command[1:], *(["--dark"] if dark else [])]
+        program = [str(build / "bin" / command[0]), *command[1:]]
+        if dark and command[0] == "quibra_screens":
+            program.append("--dark")
+        elif dark:
+            program_env |= DARK_DESKTOP
+            (pathlib.Path(home) / ".config").mkdir()
+            (pathlib.Path(home) / ".config/kdeglobals").write_text(DARK_COLOURS)
         with running(program, env=program_env, cwd=home) as process:
             for key in keys:
                 wait_for(f"{name}: a window", lambda: active_window(process, env))
@@ -107,7 +156,11 @@ def take(screen, build, path, env, dark):
                 subprocess.run(["xdotool", "key", key], env=env, check=True)
             window = wait_for(f"{name}: a window", lambda: active_window(process, env))
             time.sleep(0.5)
-            settled_picture(active_window(process, env) or window, env, path)
+            if name.startswith("menu"):
+                settled_picture("root", env, path)
+                subprocess.run(["mogrify", "-crop", area_of_windows(process, env), "+repage", str(path)], check=True)
+            else:
+                settled_picture(active_window(process, env) or window, env, path)
 
 
 def main():

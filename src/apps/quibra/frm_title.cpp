@@ -28,7 +28,9 @@ FrmTitle::FrmTitle(UserInterface& ui, TitleUse use, QWidget* parent)
     Enlarge(ui_->lblLatinName, 1.2);
     ui_->lblVersion->setText(u"バージョン %1"_s.arg(QCoreApplication::applicationVersion()));
     const int size = fontMetrics().height() * 4;
-    ui_->imgIcon->setPixmap(QApplication::windowIcon().pixmap(QSize(size, size), devicePixelRatio()));
+    const QPixmap icon = QApplication::windowIcon().pixmap(QSize(size, size), devicePixelRatio());
+    ui_->imgIcon->setPixmap(icon);
+    ui_->imgIcon->setVisible(!icon.isNull());
     if (use == TitleUse::StartUp) {
         setWindowFlags(Qt::SplashScreen);
         ui_->buttonBox->hide();
