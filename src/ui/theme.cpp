@@ -131,7 +131,7 @@ void SetUpApplication(QApplication& application) {
 }
 
 double Contrast(const QColor& first, const QColor& second) {
-    const auto [low, high] = std::minmax(Luminance(first), Luminance(second));
+    const auto [low, high] = std::minmax({Luminance(first), Luminance(second)});
     return (high + 0.05) / (low + 0.05);
 }
 
