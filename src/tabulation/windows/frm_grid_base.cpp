@@ -100,7 +100,10 @@ FrmGridBase::FrmGridBase(SurveySession& session, Settings& settings, ResultWindo
     WinPosRestore(settings, kPosGridBase, this);
 }
 
-FrmGridBase::~FrmGridBase() = default;
+FrmGridBase::~FrmGridBase() {
+    // Left to the base class it would go behind the sheet that its model shows, and still ask for headings.
+    delete ui_->Grid;
+}
 
 void FrmGridBase::SheetCommand(const QString& command) {
     if (command == u"Do Total"_s)
