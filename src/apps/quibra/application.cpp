@@ -8,7 +8,7 @@
 namespace quibra {
 
 bool Application::notify(QObject* receiver, QEvent* event) {
-    // The outermost event catches: the windows' own frames between it and the error are not made to be unwound twice.
+    // Qt's frames between here and the error are not made to be unwound: nothing but the end can follow.
     try {
         return QApplication::notify(receiver, event);
     } catch (const RuntimeError& error) {
