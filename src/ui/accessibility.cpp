@@ -86,7 +86,7 @@ void NameControls(QWidget* window) {
 QStringList UnnamedControls(const QWidget* window) {
     QStringList unnamed;
     for (const QWidget* control : ControlsOf(window))
-        if (NameOf(control).isEmpty())
+        if (control->isVisibleTo(window) && NameOf(control).isEmpty())
             unnamed += QString::fromLatin1(control->metaObject()->className()) + u' ' + control->objectName();
     return unnamed;
 }

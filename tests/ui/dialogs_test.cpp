@@ -27,20 +27,21 @@ namespace quibra {
 
 namespace {
 
-// Runs `act` on the next modal window, once that is shown.
+// Runs `act` on the next modal window, once that is shown and takes keys.
 void WhenAsked(std::function<void(QWidget&)> act) {
     auto* timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
         QWidget* window = QApplication::activeModalWidget();
-        if (!window || !window->isVisible()) return;
+        if (!window || !window->isVisible() || !window->isActiveWindow()) return;
         timer->deleteLater();
         timer->stop();
         // A window that stayed open would hang the test.
         const QPointer<QWidget> guard = window;
         EXPECT_EQ(UnnamedControls(window), QStringList()) << qPrintable(window->objectName());
         act(*window);
-        if (guard && guard->isVisible()) QTest::qWait(0);
-        if (guard && guard->isVisible() && guard == QApplication::activeModalWidget()) {
+        // A button pressed by its letter goes down for a moment first.
+        const bool left = QTest::qWaitFor([&guard] { return !guard || !guard->isVisible(); }, 300);
+        if (!left && guard == QApplication::activeModalWidget()) {
             ADD_FAILURE() << qPrintable(guard->objectName()) << " stays open";
             guard->close();
         }
@@ -135,7 +136,7 @@ TEST(Message, ShowsTheToldButtonsIconAndDefault) {
         WhenAsked([](QWidget& window) { Key(window, Qt::Key_Escape); });
         EXPECT_EQ(ui.Message(u"二度目"_s, expected.style), expected.onEscape);
     }
-    WhenAsked([](QWidget& window) { QTest::keyClick(&window, Qt::Key_N, Qt::AltModifier); });
+    WhenAsked([](QWidget& window) { Key(window, Qt::Key_N, Qt::AltModifier); });
     EXPECT_EQ(ui.Message(u"キー"_s, kYesNoCancel, u"題"_s), Answer::No);
 }
 
@@ -155,7 +156,7 @@ TEST(AskBox, AnswersByKeyAndCancels) {
                   Key(window, Qt::Key_Return);
               }),
               1);
-    EXPECT_EQ(ask([](QWidget& window) { QTest::keyClick(&window, Qt::Key_P, Qt::AltModifier); }), 2);
+    EXPECT_EQ(ask([](QWidget& window) { Key(window, Qt::Key_P, Qt::AltModifier); }), 2);
     EXPECT_EQ(
         ask([](QWidget& window) { QTest::mouseClick(&Find<QPushButton>(window, u"cmdCancel"_s), Qt::LeftButton); }), 0);
     EXPECT_EQ(ask([](QWidget& window) { Key(window, Qt::Key_Escape); }), 0);
