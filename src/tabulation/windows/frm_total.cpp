@@ -100,6 +100,9 @@ FrmTotal::~FrmTotal() {
 }
 
 void FrmTotal::PickLimit(LimitList& list) {
+    // When the editor closes, some desktops bring a result window to the front before this one.
+    picking_ = true;
+    const auto picked = qScopeGuard([this] { picking_ = false; });
     EditLimit(session_, this, list, kPickPreLimits);
     limitPass_ = list;
 }
@@ -185,6 +188,7 @@ FrmGridBase& FrmTotal::Sheet() {
 }
 
 void FrmTotal::SheetActivated(FrmGridBase& sheet) {
+    if (picking_) return;
     sheet_ = &sheet;
     SetTotalOption();
 }

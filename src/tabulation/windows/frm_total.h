@@ -78,6 +78,7 @@ class FrmTotal : public QDialog, private SheetHost {
     TotalSetup setup_;
     LimitList limitPass_;
     QPointer<FrmGridBase> sheet_;
+    bool picking_ = false;  // a condition is with the editor: what is being set up stays
 };
 
 }  // namespace quibra
