@@ -25,8 +25,12 @@ bool WriteTo(const Survey& survey, const QString& path) {
         file.Close();
         return true;
     } catch (const std::exception&) {
-        return false;
     }
+    try {
+        RemoveFile(path);  // half a survey would pass for a rescued one
+    } catch (const std::exception&) {
+    }
+    return false;
 }
 
 }  // namespace
