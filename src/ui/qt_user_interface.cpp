@@ -267,7 +267,7 @@ void QtUserInterface::LetEventsRun() {
 }
 
 HelpViewer& QtUserInterface::Help() {
-    if (!help_) help_ = std::make_unique<HelpViewer>();
+    if (!help_) help_ = std::make_unique<HelpViewer>(*this);
     return *help_;
 }
 
