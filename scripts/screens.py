@@ -34,6 +34,8 @@ SCREENS = [
     ("lock", ["quibra", SURVEY], ["alt+o", "p"]),
     ("condition-editor", ["quibra", SURVEY], ["alt+q", "l"]),
     ("total-setup", ["quibra", SURVEY], ["alt+q", "a"]),
+    ("result", ["quibra", SURVEY], ["alt+q", "a", "alt+x", "alt+n"]),
+    ("help", ["quibra", SURVEY], ["F1"]),
     *((f"dialog-{name}", ["quibra_screens", name], [])
       for name in ("message", "ask", "input", "question", "questions", "folder", "file", "progress")),
 ]

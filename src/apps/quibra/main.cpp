@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     SetUpApplication(application);
     InstallAccessibleIds(application);
-    QApplication::setWindowIcon(ThemeIcon(u"quibra"_s));
+    QApplication::setWindowIcon(QIcon(u":/icons/quibra.svg"_s));
 
     QtUserInterface ui;
     StartUp startUp(ui, UserFolders());
