@@ -20,7 +20,7 @@ class FrmProcessing : public QDialog {
     FrmProcessing(UserInterface& ui, std::function<bool()> confirmStop);
     ~FrmProcessing() override;
 
-    // Fills the window for a new job and shows it when the spec says so.
+    // Fills the window for a new job and shows it unless it is to stay unseen.
     void Open(const ProgressSpec& spec);
     // The bar; 0 to 100.
     void Progress(int percent);
