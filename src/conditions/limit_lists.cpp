@@ -38,6 +38,14 @@ void AppendLimitColumn(std::span<LimitLine> column, int& pos, LimitColumn source
     }
 }
 
+LimitList JoinLimits(std::initializer_list<LimitColumn> columns) {
+    LimitList list(LimitList::kMaxBound);
+    int pos = 1;
+    for (const LimitColumn column : columns)
+        AppendLimit(list, pos, column);
+    return list;
+}
+
 void RefreshPreLimitBit(Survey& survey, const LimitList& list, int k, qint32 dno) {
     SetPreLimitBit(survey, dno, k, TestLimit(survey, dno, list));
 }

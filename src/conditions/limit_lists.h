@@ -1,6 +1,8 @@
 // Testing samples against condition lists, and joining lists: the join of several is always an "and" of them.
 #pragma once
 
+#include <initializer_list>
+
 #include "core/limit_list.h"
 #include "core/survey.h"
 
@@ -18,6 +20,9 @@ void ClearLimitColumn(std::span<LimitLine> column, int& pos);
 // is not copied, so the list must have been cleared. Run-time error 9 when the list is too short.
 void AppendLimit(LimitList& list, int& pos, LimitColumn column);
 void AppendLimitColumn(std::span<LimitLine> column, int& pos, LimitColumn source);
+
+// The join of several columns as a list of its own, with room for three.
+LimitList JoinLimits(std::initializer_list<LimitColumn> columns);
 
 // Tests sample `dno` against the list and stores the result as bit k of its PreLimitBits.
 void RefreshPreLimitBit(Survey& survey, const LimitList& list, int k, qint32 dno);

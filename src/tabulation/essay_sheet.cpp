@@ -28,11 +28,7 @@ constexpr int kRowsBesideList = 5;
 void TotalSheet::RunEssayList() {
     const int q = option.FromQno;
     EssayHeader();
-    LimitList work(LimitList::kMaxBound);
-    int pos;
-    ClearLimit(work, pos);
-    AppendLimit(work, pos, survey_.QLimit.Column(q));
-    AppendLimit(work, pos, option.Limits.Column(0));
+    const LimitList work = JoinLimits({survey_.QLimit.Column(q), option.Limits.Column(0)});
     const LabelParts parts{.name = true, .limit = true, .body = true, .answers = true};
     grid.SetText(0, 1, QuestionLabel(survey_, q, parts));
     grid.SetText(0, 2, u"[全体の限定]"_s);

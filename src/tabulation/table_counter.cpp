@@ -16,15 +16,6 @@ struct Range {
     int Count() const { return to - from + 1; }
 };
 
-LimitList ListOf(std::initializer_list<LimitColumn> columns) {
-    LimitList list(LimitList::kMaxBound);
-    int pos;
-    ClearLimit(list, pos);
-    for (const LimitColumn column : columns)
-        AppendLimit(list, pos, column);
-    return list;
-}
-
 // Figures of a range of questions under a range of limits.
 class Tally {
   public:
@@ -77,12 +68,12 @@ TableCounter::Impl::Impl(const Survey& theSurvey, const TotalOption& theOption, 
       questions{option.FromQno, option.ToQno},
       limits{0, option.LimitCount - 1},
       kernels(theKernels),
-      whole(survey, ListOf({option.Limits.Column(0)})),
+      whole(survey, JoinLimits({option.Limits.Column(0)})),
       shared(questions, limits) {
     for (int q = questions.from; q <= questions.to; ++q)
-        ofQuestion.emplace_back(survey, ListOf({survey.QLimit.Column(q)}));
+        ofQuestion.emplace_back(survey, JoinLimits({survey.QLimit.Column(q)}));
     for (int L = 0; L <= limits.to; ++L)
-        ofLimit.emplace_back(survey, ListOf({option.Limits.Column(L + 1)}));
+        ofLimit.emplace_back(survey, JoinLimits({option.Limits.Column(L + 1)}));
     for (int column = 0; column <= option.LimitCount; ++column)
         apart = apart && StandsAlone(option.Limits.Column(column));
     planes.emplace(survey, FieldCount(), kernels);
@@ -101,7 +92,7 @@ int TableCounter::Impl::FieldCount() const {
 
 BlockCondition TableCounter::Impl::Joined(int q, int L) const {
     return BlockCondition(survey,
-                          ListOf({survey.QLimit.Column(q), option.Limits.Column(0), option.Limits.Column(L + 1)}));
+                          JoinLimits({survey.QLimit.Column(q), option.Limits.Column(0), option.Limits.Column(L + 1)}));
 }
 
 // Adds the block's figures of question q to those from `figures` on, one element a column.

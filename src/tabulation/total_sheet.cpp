@@ -74,11 +74,7 @@ void TotalSheet::RunTotal() {
     SaveColumnWidths();
     EssayRows.clear();
     EssaySum = 0;
-    LimitList work(LimitList::kMaxBound);
-    int pos;
-    ClearLimit(work, pos);
-    AppendLimit(work, pos, option.Limits.Column(0));
-    ExLimitText = LimitText(survey_, work, false);
+    ExLimitText = LimitText(survey_, JoinLimits({option.Limits.Column(0)}), false);
     if (option.TotalKind == kEssayList)
         RunEssayList();
     else
@@ -111,13 +107,9 @@ void TotalSheet::RunTable() {
     if (!chkTotaled) PlanRows();
     LayoutColumns();
     std::optional<TableCounter> counter;
-    LimitList work(LimitList::kMaxBound);
-    int pos;
     for (int L = 0; L < option.LimitCount; ++L) {
         SetLimitColumn(L);
-        ClearLimit(work, pos);
-        AppendLimit(work, pos, option.Limits.Column(L + 1));
-        LimitTexts[L] = LimitText(survey_, work, false);
+        LimitTexts[L] = LimitText(survey_, JoinLimits({option.Limits.Column(L + 1)}), false);
         // A cancelled total goes on to the next limit, where the first question's walk ends at once.
         for (int q = option.FromQno; q <= option.ToQno; ++q) {
             monitor_.ShowPass(q, option.ToQno, L, option.LimitCount);
@@ -213,12 +205,7 @@ Figures TotalSheet::CountAll(TableCounter& counter, int q, int L) {
 }
 
 Figures TotalSheet::CountRough(int q, int L) {
-    LimitList list(LimitList::kMaxBound);
-    int pos;
-    ClearLimit(list, pos);
-    AppendLimit(list, pos, survey_.QLimit.Column(q));
-    AppendLimit(list, pos, option.Limits.Column(0));
-    AppendLimit(list, pos, option.Limits.Column(L + 1));
+    const LimitList list = JoinLimits({survey_.QLimit.Column(q), option.Limits.Column(0), option.Limits.Column(L + 1)});
     const qint32 count = survey_.SampleCount();
     Figures figures;
     for (qint64 dno = 0; dno < count;

@@ -1,5 +1,6 @@
 #include "ui/frm_ask.h"
 
+#include "core/help_topics.h"
 #include "ui/form.h"
 #include "ui_frm_ask.h"
 
@@ -14,7 +15,7 @@ FrmAsk::FrmAsk(UserInterface& ui, const QString& info1, const QString& info2, co
     controls_->lblInfo2->setVisible(!info2.isEmpty());
     controls_->cmdFunc1->setText(func1);
     controls_->cmdFunc2->setText(func2);
-    SetUpForm(this, ui, 0);
+    SetUpForm(this, ui, kHelpDialogs);
     setMinimumWidth(fontMetrics().averageCharWidth() * 60);
     connect(controls_->cmdFunc1, &QPushButton::clicked, this, [this] { done(1); });
     connect(controls_->cmdFunc2, &QPushButton::clicked, this, [this] { done(2); });

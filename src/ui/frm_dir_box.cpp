@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QStorageInfo>
 
+#include "core/help_topics.h"
 #include "ui/form.h"
 #include "ui_frm_dir_box.h"
 
@@ -20,7 +21,7 @@ FrmDirBox::FrmDirBox(UserInterface& ui, const QString& folder, QWidget* parent)
     controls_->dirDir->setModel(folders_);
     for (int column = 1; column < folders_->columnCount(); ++column)
         controls_->dirDir->hideColumn(column);
-    SetUpForm(this, ui, 0);
+    SetUpForm(this, ui, kHelpDialogs);
     resize(fontMetrics().averageCharWidth() * 90, fontMetrics().lineSpacing() * 26);
     FillDrives();
     connect(controls_->drvDir, &QComboBox::activated, this, &FrmDirBox::drvDir_Change);

@@ -2,6 +2,7 @@
 
 #include <QFocusEvent>
 
+#include "core/help_topics.h"
 #include "ui/form.h"
 #include "ui_frm_input.h"
 
@@ -18,7 +19,7 @@ FrmInput::FrmInput(UserInterface& ui, const QString& title, const QString& name,
     controls_->lblCaution->setText(caution);
     controls_->lblCaution->setVisible(!caution.isEmpty());
     controls_->txtInput->setText(text);
-    SetUpForm(this, ui, 0);
+    SetUpForm(this, ui, kHelpDialogs);
     setMinimumWidth(fontMetrics().averageCharWidth() * 60);
     controls_->txtInput->installEventFilter(this);
     connect(controls_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);

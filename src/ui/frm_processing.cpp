@@ -5,6 +5,7 @@
 #include <QScopedValueRollback>
 #include <utility>
 
+#include "core/help_topics.h"
 #include "ui/form.h"
 #include "ui_frm_processing.h"
 
@@ -15,7 +16,7 @@ namespace quibra {
 FrmProcessing::FrmProcessing(UserInterface& ui, std::function<bool()> confirmStop)
     : controls_(std::make_unique<Ui::FrmProcessing>()), confirmStop_(std::move(confirmStop)) {
     controls_->setupUi(this);
-    SetUpForm(this, ui, 0);
+    SetUpForm(this, ui, kHelpProgress);
     // Nothing waits in here, but the window must stay usable over a modal dialog whose work it shows.
     setWindowModality(Qt::ApplicationModal);
     controls_->cmdStop->installEventFilter(this);

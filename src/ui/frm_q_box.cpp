@@ -1,5 +1,6 @@
 #include "ui/frm_q_box.h"
 
+#include "core/help_topics.h"
 #include "ui/form.h"
 #include "ui_frm_q_box.h"
 
@@ -17,7 +18,7 @@ FrmQBox::FrmQBox(UserInterface& ui, Pick pick, const QString& info, const QStrin
     controls_->lblInfo->setBuddy(list);
     list->setAccessibleName(info.isEmpty() ? windowTitle() : info);
     list->addItems(questions);
-    SetUpForm(this, ui, 0);
+    SetUpForm(this, ui, kHelpDialogs);
     resize(fontMetrics().averageCharWidth() * 80, fontMetrics().lineSpacing() * 24);
     connect(controls_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(controls_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/error_of.h"
+
 using namespace quibra;
 
 namespace {
@@ -9,15 +11,6 @@ namespace {
 constexpr int kColumns = 3;
 
 using Table = BoundedTable<LimitLine, 16, kColumns>;
-
-int ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RuntimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
 
 // Column k holds `counts[k]` lines, behind a header whose mask is bit k and whose `a` is a depth.
 Table TableOf(std::array<int, kColumns> counts) {

@@ -2,19 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "support/error_of.h"
+
 using namespace quibra;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-int ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RuntimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
 
 LimitLine Line(int kind, int rank, int q, int c) {
     return {static_cast<qint16>(rank * 16 + kind), PackPosition(q, c)};

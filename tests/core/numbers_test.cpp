@@ -5,21 +5,10 @@
 #include <cmath>
 #include <random>
 
+#include "support/error_of.h"
+
 using namespace quibra;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-int ErrorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RuntimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
-
-}  // namespace
 
 TEST(Numbers, NumberTextIsTheGeneralFormat) {
     const std::vector<std::pair<double, QString>> cases{

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 
 #include "core/code_page.h"
+#include "support/error_of.h"
 
 using namespace Qt::StringLiterals;
 
@@ -16,15 +16,6 @@ Survey NewSurvey() {
     NewSurveyHead(survey, u"/somewhere/"_s);
     NewSurveyBody(survey);
     return survey;
-}
-
-int ErrorOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const RuntimeError& error) {
-        return error.Number();
-    }
-    return 0;
 }
 
 TEST(Survey, NewOneHasOneQuestionOfOneAnswer) {

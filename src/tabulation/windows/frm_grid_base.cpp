@@ -6,7 +6,9 @@
 #include <QGuiApplication>
 #include <QScopeGuard>
 
+#include "core/attempt.h"
 #include "core/binary_file.h"
+#include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/numbers.h"
 #include "core/settings.h"
@@ -26,7 +28,6 @@ namespace quibra {
 
 namespace {
 
-constexpr int kHelpTopic = 52;
 // Points of the font at which a column is as wide as its width says.
 constexpr double kFontOfScaleOne = 9.75;
 // Milliseconds: events run this often during a total, and the cells show what has come so far once it has taken so
@@ -63,7 +64,7 @@ FrmGridBase::FrmGridBase(SurveySession& session, Settings& settings, ResultWindo
     sheet_.FontScale = static_cast<float>(PointsOf(ui_->Grid) / kFontOfScaleOne);
     ui_->Grid->setModel(model_);
     SetKindMenus(false);
-    SetUpForm(this, session.ui, kHelpTopic);
+    SetUpForm(this, session.ui, kHelpResult);
 
     for (QAction* later : {ui_->mnuPageLoad, ui_->mnuPageSave, ui_->mnuSearch, ui_->mnuOutput, ui_->mnuGraphOrder_4,
                            ui_->mnuGoEssay, ui_->mnuEssayTotal, ui_->mnuSearchLetter, ui_->mnuSearchNumber})
@@ -151,7 +152,7 @@ void FrmGridBase::mnuCopy_Click() {
     session_.ui.Busy(true);
     const auto idle = qScopeGuard([this] { session_.ui.Busy(false); });
     const CellRange range = ui_->Grid->Selection();
-    Try([&] {
+    Attempt(session_.ui, [&] {
         const QString dump = sheet_.grid.Dump(range.column1, range.row1, range.column2, range.row2);
         QGuiApplication::clipboard()->setText(ClipText(dump));
     });
@@ -213,7 +214,7 @@ void FrmGridBase::cmdNext_Click() {
     if (!session_.ui.InputBox(u"集計の続き"_s, u"ﾛｰｶﾙ番号"_s, u"～"_s + QString::number(last),
                               u"ﾛｰｶﾙ番号何番から集計を続けますか？"_s, text))
         return;
-    Try([&] {
+    Attempt(session_.ui, [&] {
         const double from = LeadingNumber(text);
         if (from < 0 || from > last) return;
         sheet_.FromDno = RoundToInt32(from);
@@ -235,7 +236,7 @@ void FrmGridBase::Grid_CurrentCellChange() {
 
 void FrmGridBase::Started() {
     pass_ = nullptr;
-    percent_.clear();
+    done_ = of_ = 0;
     ui_->lblInfo2->setText(u"集計中"_s);
     ui_->lblInfo->clear();
     SetBusy(false);
@@ -252,12 +253,13 @@ void FrmGridBase::ShowPass(int q, int toQno, int L, int limitCount) {
 }
 
 void FrmGridBase::ShowPercent(qint32 done, qint32 of) {
-    percent_ = PercentOf(done, of);
+    done_ = done;
+    of_ = of;
 }
 
 void FrmGridBase::RefreshProgress() {
     if (pass_) ui_->lblInfo2->setText(pass_());
-    ui_->lblInfo->setText(percent_);
+    ui_->lblInfo->setText(PercentOf(done_, of_));
 }
 
 void FrmGridBase::LetEventsRun() {
@@ -302,7 +304,7 @@ void FrmGridBase::DoTotal() {
     activateWindow();
     SetKindMenus(windows_.option.TotalKind == kEssayList);
     shownFromDno_ = sheet_.FromDno;
-    Try([this] { sheet_.DoTotal(windows_.option); });
+    Attempt(session_.ui, [this] { sheet_.DoTotal(windows_.option); });
 }
 
 // Counts only if that has not been done for these options; otherwise shows the result in the view that is checked.
@@ -312,7 +314,7 @@ void FrmGridBase::RunTotal() {
                                                            : TotalView::PercentOnly;
     sheet_.view.sort = ui_->mnuSort->isChecked();
     sheet_.view.space = ui_->mnuSpace->isChecked();
-    Try([this] { sheet_.RunTotal(); });
+    Attempt(session_.ui, [this] { sheet_.RunTotal(); });
 }
 
 void FrmGridBase::TotalAgain() {
@@ -347,15 +349,6 @@ void FrmGridBase::SetBusy(bool idle) {
 
 void FrmGridBase::ComesLater() {
     session_.ui.Message(u"この機能はまだ使えません。"_s, kOkOnly);
-}
-
-// Whatever fails here has changed nothing of the survey: the user reads why, and goes on.
-void FrmGridBase::Try(const std::function<void()>& step) {
-    try {
-        step();
-    } catch (const RuntimeError& error) {
-        session_.ui.Message(error.Text(), kWarning);
-    }
 }
 
 }  // namespace quibra

@@ -66,7 +66,6 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     void SetBusy(bool idle);
     void RefreshProgress();
     void ComesLater();
-    void Try(const std::function<void()>& step);
 
     std::unique_ptr<Ui::frmGridBase> ui_;
     SurveySession& session_;
@@ -78,7 +77,8 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
 
     // What a running total has told last, shown when the clock says so.
     std::function<QString()> pass_;
-    QString percent_;
+    qint32 done_ = 0;  // samples walked, of how many
+    qint32 of_ = 0;
     QElapsedTimer running_;
     QElapsedTimer sinceEvents_;
 };
