@@ -169,7 +169,10 @@ void RemoveFile(const QString& path) {
 
 void SyncFolder(const QString& path) {
     const QByteArray name = NativePath(FolderOf(path));
-    const int folder = Checked([&] { return open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    const int folder = open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    // A folder may be written and not read; then its flush is left to the system.
+    if (folder < 0 && errno == EACCES) return;
+    if (folder < 0) ThrowErrno();
     const int failed = fsync(folder) == 0 ? 0 : errno;
     close(folder);
     // Some file systems have no such flush for folders and say so with EINVAL: nothing more can be done there.

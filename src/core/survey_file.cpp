@@ -1,5 +1,7 @@
 #include "core/survey_file.h"
 
+#include <QFile>
+#include <climits>
 #include <new>
 
 #include "core/answer_store.h"
@@ -41,6 +43,15 @@ class LongWork {
     UserInterface& ui_;
     bool beeps_ = false;
 };
+
+// Whether a file stands under the path; what cannot even be looked at is not there.
+bool FileStands(const QString& path) {
+    try {
+        return KindOfPath(path) == PathKind::File;
+    } catch (const RuntimeError&) {
+        return false;
+    }
+}
 
 // Runs `work`, and `failed` with the error when it breaks off; want of memory is an error like others.
 template <typename Work, typename Failed>
@@ -142,6 +153,16 @@ QString BackupName(const QString& path) {
     return path.left(path.indexOf(u'.') + 1) + u"qb~"_s;
 }
 
+// "a.qb~new", in the same folder, from which alone a rename is one step; a name that leaves no room for this is cut.
+QString GrowingName(const QString& path) {
+    const QString suffix = u"~new"_s;
+    const qsizetype folder = path.lastIndexOf(u'/') + 1;
+    QString name = path.mid(folder);
+    while (QFile::encodeName(name + suffix).size() > NAME_MAX)
+        name.chop(1);
+    return path.left(folder) + name + suffix;
+}
+
 // A save under way. The new version grows beside the old one under a name of its own, and only when it is complete and
 // on the disk are the names exchanged: whenever the machine stops, a whole survey stands under the path or the backup's
 // name.
@@ -149,7 +170,7 @@ class FileExchange {
   public:
     // REQUIRES: nothing or a plain file under `path`.
     FileExchange(const QString& path, bool replaces)
-        : path_(ResolvedPath(path)), growing_(path_ + u"~new"_s), backup_(BackupName(path)), replaces_(replaces) {}
+        : path_(ResolvedPath(path)), growing_(GrowingName(path_)), backup_(BackupName(path)), replaces_(replaces) {}
 
     BinaryFile Create() {
         BinaryFile file = BinaryFile::Create(growing_, replaces_ ? std::optional(PermissionsOf(path_)) : std::nullopt);
@@ -235,13 +256,13 @@ void WriteFileHead(ByteWriter& out, int code, UserInterface& ui) {
 }
 
 int SurveyLoad(SurveySession& session, QString& path, int mode) {
+    if (!FileStands(path)) {
+        session.ui.Message(path + u"が見つかりません"_s, kCritical);
+        return kNothing;
+    }
     int result = kNothing;
     std::optional<LongWork> work;  // stays open while an error is told
     const auto load = [&] {
-        if (KindOfPath(path) != PathKind::File) {
-            session.ui.Message(path + u"が見つかりません"_s, kCritical);
-            return;
-        }
         BinaryFile file = BinaryFile::OpenToRead(path);
         ByteReader in(file);
         const int code = ReadFileHead(session, in, path, mode);
@@ -311,7 +332,8 @@ bool SurveySave(SurveySession& session, const QString& path, SampleSelection* se
     Guarded(save, [&](const RuntimeError& error) {
         ui.Message(error.Text() + kCrLf + u"正しく保存出来ませんでした。"_s, kWarning);
         if (cancelled || !exchange || !exchange->Created()) return;
-        exchange->TakeBack();
+        Guarded([&] { exchange->TakeBack(); },
+                [&](const RuntimeError& second) { ui.Message(second.Text(), kWarning); });
         if (!replaces) throw RuntimeError(kErrorFileNotFound);
     });
     work.BeepAtEnd();
