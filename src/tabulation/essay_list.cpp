@@ -64,7 +64,7 @@ bool EssayMatch(const Survey& survey, qint32 dno, const TotalOption& option, con
         if (!anyChoice && c != option.CrossQno) continue;
         if (EssayMatches(option, essays[index], survey.Choices(c, q).Has(kCode))) hits.push_back({c, essays[index]});
     }
-    return true;
+    return !hits.empty();
 }
 
 QString EssayCode(const QString& essay) {

@@ -16,8 +16,8 @@ struct EssayHit {
     QString essay;
 };
 
-// True when the sample meets the condition `list`; `hits` are its answers that match the option's choice and essay
-// condition, possibly none. Without an essay condition (CrossMode below 0) it has one hit of choice 0 with no text.
+// True when the sample meets the condition `list` and some of its answers, which become `hits`, match the option's
+// choice and essay condition. Without an essay condition (CrossMode below 0) it has one hit of choice 0 with no text.
 bool EssayMatch(const Survey& survey, qint32 dno, const TotalOption& option, const LimitList& list,
                 std::vector<EssayHit>& hits);
 

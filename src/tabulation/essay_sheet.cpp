@@ -95,8 +95,7 @@ void TotalSheet::ListEssays(const LimitList& list) {
 
 void TotalSheet::ListSample(qint32 dno, const std::vector<EssayHit>& hits) {
     const int q = option.FromQno;
-    QStringList refs;
-    if (!hits.empty()) refs = RefAnswers(dno);
+    QStringList refs = RefAnswers(dno);
     for (const EssayHit& hit : hits) {
         if (survey_.Choices(hit.Cno, q).Has(kNumber)) EssaySum += LeadingNumber(hit.essay);
         EssayRow row{dno,       survey_.Samples.IDno(dno), hit.Cno, ChoiceLabel(survey_, q, hit.Cno, false, false),

@@ -84,8 +84,10 @@ void TotalSheet::RunTotal() {
 // What the user has dragged carries over to the next result.
 void TotalSheet::SaveColumnWidths() {
     const auto save = [this](int entry, int column) {
-        const float width = static_cast<float>(grid.ColumnWidth(column));
-        widths_.at(static_cast<size_t>(entry)) = static_cast<qint32>(width / FontScale);
+        qint32& saved = widths_.at(static_cast<size_t>(entry));
+        const int width = grid.ColumnWidth(column);
+        // Both ways are cut to whole numbers: a width nobody has dragged would shrink with every total.
+        if (width != ScaledWidth(saved)) saved = static_cast<qint32>(static_cast<float>(width) / FontScale);
     };
     grid.ClearText();
     grid.SetRowHeight(0, ScaledWidth(kFixedRowHeight));

@@ -90,7 +90,9 @@ FrmGridBase::FrmGridBase(SurveySession& session, Settings& settings, ResultWindo
     connect(ui_->cmdNext, &QPushButton::clicked, this, &FrmGridBase::cmdNext_Click);
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &FrmGridBase::cmdCancel_Click);
     connect(ui_->Grid, &FlexGrid::CurrentCellChanged, this, &FrmGridBase::Grid_CurrentCellChange);
-    connect(ui_->Grid, &FlexGrid::CopyRequested, this, &FrmGridBase::mnuCopy_Click);
+    connect(ui_->Grid, &FlexGrid::CopyRequested, this, [this] {
+        if (ui_->mnuEdit->isEnabled()) mnuCopy_Click();
+    });
     connect(ui_->Grid, &FlexGrid::MenuRequested, this, [this](const QPoint& place) {
         if (ui_->mnuEdit->isEnabled()) ui_->mnuEdit->popup(place);
     });
@@ -203,6 +205,7 @@ void FrmGridBase::mnuFontChange_Click() {
     QColor color = palette.color(QPalette::Text);
     if (!PickFont(this, font, color)) return;
     palette.setColor(QPalette::Text, color);
+    palette.setColor(QPalette::Base, palette.color(QPalette::Base));  // a chosen colour keeps the ground it was seen on
     ui_->Grid->setPalette(palette);
     ui_->Grid->setFont(font);
     FontStore(settings_, kFontGridBase, ui_->Grid);
@@ -214,9 +217,11 @@ void FrmGridBase::cmdNext_Click() {
     if (!session_.ui.InputBox(u"集計の続き"_s, u"ﾛｰｶﾙ番号"_s, u"～"_s + QString::number(last),
                               u"ﾛｰｶﾙ番号何番から集計を続けますか？"_s, text))
         return;
+    text = text.trimmed();
+    if (text.isEmpty() || text.front() < u'0' || text.front() > u'9') return;  // would read as 0
     Attempt(session_.ui, [&] {
         const double from = LeadingNumber(text);
-        if (from < 0 || from > last) return;
+        if (from > last) return;
         sheet_.FromDno = RoundToInt32(from);
         SheetCommand(u"Do Total"_s);
     });
@@ -243,6 +248,7 @@ void FrmGridBase::Started() {
     ui_->cmdCancel->show();
     ui_->cmdCancel->setEnabled(true);
     ui_->cmdCancel->setFocus();
+    ui_->cmdNext->setEnabled(false);  // its key would reach it below the other button
     ui_->Grid->setUpdatesEnabled(false);
     running_.start();
     sinceEvents_.invalidate();
@@ -281,9 +287,14 @@ bool FrmGridBase::Cancelled() const {
 }
 
 void FrmGridBase::Finished() {
-    RefreshProgress();
-    if (isMinimized() && sheet_.option.TotalKind == kTable) showNormal();
     const bool essayList = sheet_.option.TotalKind == kEssayList;
+    if (essayList) {
+        // The walk tells its last round figure, and no pass: the window would stay "in work" at 98 %.
+        ui_->lblInfo2->clear();
+        if (!Cancelled() && !sheet_.HasNext) done_ = of_;
+    }
+    RefreshProgress();
+    if (isMinimized() && !essayList) showNormal();
     ui_->cmdCancel->setEnabled(false);
     ui_->cmdCancel->setVisible(!essayList);
     ui_->cmdNext->setVisible(essayList);

@@ -47,7 +47,7 @@ void ResultGridModel::TakeShape() {
         const int listed = static_cast<int>(sheet_.EssayRows.size());
         for (int row = kEssayHeadRow + 1; row <= kEssayHeadRow + listed; ++row)
             setKind(row, GridRowKind::Choice);
-        setKind(kEssayHeadRow + listed + 1, GridRowKind::Total);
+        if (const int total = kEssayHeadRow + listed + 1; total == rows - 1) setKind(total, GridRowKind::Total);
         captionRow_ = kEssayHeadRow;
         return;
     }
