@@ -1,5 +1,6 @@
 #include "ui/flex_grid.h"
 
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -25,7 +26,10 @@ constexpr int kMaxRowLines = 4;
 constexpr int kMaxStripLines = 2;
 constexpr int kLeastStripHeight = 8;
 constexpr int kLeastColumnWidth = 2;
+// Milliseconds: after a change of widths, for measuring at once, and for each further turn of it.
 constexpr int kMeasureDelay = 120;
+constexpr int kMeasureAtOnce = 40;
+constexpr int kMeasureTurn = 10;
 // Figures are drawn to the right of a box of so many digits at the left of their cell.
 constexpr int kFigureDigits = 7;
 
@@ -117,6 +121,7 @@ class FlexGridPainter : public QStyledItemDelegate {
     bool IsFigure(int row, int column) const { return grid_->model()->index(row, column).data(kFigureRole).toBool(); }
     QFont FontOf(int row) const;
     int SourceOf(int row, int column) const;
+    int FlowWidth(int row, int column) const;
     QRect FlowOf(int row, int column) const;
 
     FlexGrid* grid_;
@@ -136,17 +141,23 @@ int FlexGridPainter::SourceOf(int row, int column) const {
     return column;
 }
 
-// The place of a cell's text: the cell, and the empty ones behind it. Behind the last cell it goes on to the edge.
-QRect FlexGridPainter::FlowOf(int row, int column) const {
-    QRect flow = grid_->visualRect(grid_->model()->index(row, column));
-    if (IsFigure(row, column)) return flow;
+// The room of a cell's text: the cell, and the empty ones behind it. Behind the last cell it goes on to the edge.
+int FlexGridPainter::FlowWidth(int row, int column) const {
+    const QHeaderView* header = grid_->horizontalHeader();
+    if (IsFigure(row, column)) return header->sectionSize(column);
     const int columns = grid_->model()->columnCount();
     int end = column + 1;
     while (end < columns && Text(row, end).isEmpty())
         ++end;
-    const int last = end - 1;
-    const int right = grid_->columnViewportPosition(last) + grid_->columnWidth(last);
-    flow.setRight((end == columns ? std::max(right, grid_->viewport()->width()) : right) - 1);
+    const int right = end < columns ? header->sectionPosition(end)
+                                    : std::max(header->length(), grid_->viewport()->width());
+    return right - header->sectionPosition(column);
+}
+
+QRect FlexGridPainter::FlowOf(int row, int column) const {
+    QRect flow = grid_->visualRect(grid_->model()->index(row, column));
+    // Column 0 may stand further to the right than its place; what flows out of it ends where it would.
+    flow.setRight(grid_->columnViewportPosition(column) + FlowWidth(row, column) - 1);
     return flow;
 }
 
@@ -199,7 +210,8 @@ int FlexGridPainter::RowLines(int row) const {
     for (int column = 0; column < grid_->model()->columnCount(); ++column) {
         const QString text = Text(row, column);
         if (text.isEmpty() || IsFigure(row, column)) continue;
-        lines = std::max(lines, LineCount(text, metrics, font, Inside(FlowOf(row, column)).width(), kMaxRowLines));
+        const int width = FlowWidth(row, column) - 2 * kSidePadding;
+        lines = std::max(lines, LineCount(text, metrics, font, width, kMaxRowLines));
     }
     return std::min(lines, kMaxRowLines);
 }
@@ -311,7 +323,8 @@ FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), painter_(new FlexGridP
     verticalHeader()->setMinimumSectionSize(1);
     measureLater_.setSingleShot(true);
     measureLater_.setInterval(kMeasureDelay);
-    connect(&measureLater_, &QTimer::timeout, this, &FlexGrid::MeasureRows);
+    connect(&measureLater_, &QTimer::timeout, this, &FlexGrid::MeasureAll);
+    connect(&measureOn_, &QTimer::timeout, this, [this] { MeasureOn(kMeasureTurn); });
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, &FlexGrid::ColumnResized);
 }
 
@@ -387,20 +400,59 @@ void FlexGrid::RefreshSizes(bool measure) {
         if (model()->rowCount() > kFixedRows) setRowHidden(0, true);
     }
     if (measure) {
-        MeasureRows();
+        MeasureAll();
         return;
     }
+    measureLater_.stop();
+    measureOn_.stop();
+    measured_.clear();
     for (int row = kFixedRows; row < model()->rowCount(); ++row)
         if (const int height = ToldRowHeight(row); rowHeight(row) != height) setRowHeight(row, height);
     updateGeometries();
 }
 
-void FlexGrid::MeasureRows() {
+// Laying out the texts of a long list takes seconds: what is in sight is measured at once, the rest in turns.
+void FlexGrid::MeasureAll() {
     measureLater_.stop();
     if (!model()) return;
-    for (int row = kFixedRows; row < model()->rowCount(); ++row)
-        if (const int height = MeasuredRowHeight(row); rowHeight(row) != height) setRowHeight(row, height);
+    measured_.assign(static_cast<size_t>(model()->rowCount()), false);
+    nextToMeasure_ = kFixedRows;
+    MeasureOn(kMeasureAtOnce);
+}
+
+void FlexGrid::MeasureOn(qint64 milliseconds) {
+    QElapsedTimer clock;
+    clock.start();
+    // The rows in sight stay where they are when others above them grow.
+    const int top = rowAt(0);
+    const int topEdge = top < 0 ? 0 : rowViewportPosition(top);
+    MeasureVisible();
+    while (IsMeasuring() && clock.elapsed() < milliseconds)
+        MeasureRow(nextToMeasure_++);
+    if (!IsMeasuring())
+        measureOn_.stop();
+    else if (!measureOn_.isActive())
+        measureOn_.start();
     updateGeometries();
+    if (top >= 0) verticalScrollBar()->setValue(verticalHeader()->sectionPosition(top) - topEdge);
+}
+
+bool FlexGrid::IsMeasuring() const {
+    return nextToMeasure_ < static_cast<int>(measured_.size());
+}
+
+void FlexGrid::MeasureRow(int row) {
+    const auto at = static_cast<size_t>(row);
+    if (at >= measured_.size() || measured_[at]) return;
+    measured_[at] = true;
+    if (const int height = MeasuredRowHeight(row); rowHeight(row) != height) setRowHeight(row, height);
+}
+
+void FlexGrid::MeasureVisible() {
+    for (int row = rowAt(0); row >= kFixedRows && row < model()->rowCount(); ++row) {
+        if (rowViewportPosition(row) > viewport()->height()) break;
+        MeasureRow(row);
+    }
 }
 
 void FlexGrid::ColumnResized(int column, int, int newSize) {
@@ -434,6 +486,11 @@ void FlexGrid::scrollTo(const QModelIndex& index, ScrollHint hint) {
     const int before = bar->value();
     const bool floated = FirstColumnFloats();
     QTableView::scrollTo(index, hint);
+    if (IsMeasuring()) {
+        MeasureVisible();
+        updateGeometries();
+        QTableView::scrollTo(index, hint);
+    }
     if (index.column() == 0 && floated) {
         bar->setValue(before);
     } else if (index.column() > 0 && FirstColumnFloats()) {
@@ -444,6 +501,7 @@ void FlexGrid::scrollTo(const QModelIndex& index, ScrollHint hint) {
 
 void FlexGrid::scrollContentsBy(int dx, int dy) {
     QTableView::scrollContentsBy(dx, dy);
+    if (dy != 0 && IsMeasuring()) MeasureVisible();
     // Texts that flow and the floating column do not move with the pixels.
     if (dx == 0) return;
     static_cast<FlexGridStrip*>(horizontalHeader())->firstFloats = FirstColumnFloats();

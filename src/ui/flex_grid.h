@@ -8,6 +8,7 @@
 
 #include <QTableView>
 #include <QTimer>
+#include <vector>
 
 namespace quibra {
 
@@ -47,8 +48,8 @@ class FlexGrid : public QTableView {
     void Select(const CellRange& range);
     QString CurrentText() const;
 
-    // Takes the sizes from the model. `measure`: rows grow with their texts; without it, quicker, they only get the
-    // heights the model tells.
+    // Takes the sizes from the model. `measure`: rows grow with their texts, those far down in a long list somewhat
+    // later; without it, quicker, they only get the heights the model tells.
     void RefreshSizes(bool measure);
 
     void selectAll() override;
@@ -81,10 +82,17 @@ class FlexGrid : public QTableView {
     int BaseRowHeight() const;
     int ToldRowHeight(int row) const;
     int MeasuredRowHeight(int row) const;
-    void MeasureRows();
+    void MeasureAll();
+    void MeasureOn(qint64 milliseconds);
+    void MeasureRow(int row);
+    void MeasureVisible();
+    bool IsMeasuring() const;
 
     FlexGridPainter* painter_;
     QTimer measureLater_;
+    QTimer measureOn_;
+    std::vector<bool> measured_;  // by row; empty when rows have the heights told
+    int nextToMeasure_ = 0;
     bool sizing_ = false;  // the sizes being set are the model's own
 };
 

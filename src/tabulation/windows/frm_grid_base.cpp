@@ -5,6 +5,7 @@
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QScopeGuard>
+#include <algorithm>
 
 #include "core/attempt.h"
 #include "core/binary_file.h"
@@ -30,10 +31,13 @@ namespace {
 
 // Points of the font at which a column is as wide as its width says.
 constexpr double kFontOfScaleOne = 9.75;
-// Milliseconds: events run this often during a total, and the cells show what has come so far once it has taken so
-// long.
-constexpr qint64 kEventInterval = 25;
-constexpr qint64 kShowAfter = 200;
+// Nanoseconds: events run this often during a total, and the cells show what has come so far once it has taken so long.
+constexpr qint64 kEventInterval = 25'000'000;
+constexpr qint64 kShowAfter = 200'000'000;
+// Where calls follow each other this quickly, the clock is looked at with every second, fourth, ... of them: most of a
+// total's calls come when all is counted, and the looks would take longer than the counting.
+constexpr qint64 kQuickCalls = 1'000'000;
+constexpr int kMostCallsBetweenLooks = 64;
 
 void WriteFile(const QString& path, const QByteArray& bytes) {
     BinaryFile file = BinaryFile::Create(path);
@@ -251,7 +255,10 @@ void FrmGridBase::Started() {
     ui_->cmdNext->setEnabled(false);  // its key would reach it below the other button
     ui_->Grid->setUpdatesEnabled(false);
     running_.start();
-    sinceEvents_.invalidate();
+    calls_ = 0;
+    callsBetweenLooks_ = 1;
+    lastLook_ = 0;
+    lastTurn_ = -kEventInterval;
 }
 
 void FrmGridBase::ShowPass(int q, int toQno, int L, int limitCount) {
@@ -269,9 +276,14 @@ void FrmGridBase::RefreshProgress() {
 }
 
 void FrmGridBase::LetEventsRun() {
-    if (sinceEvents_.isValid() && sinceEvents_.elapsed() < kEventInterval) return;
+    if (++calls_ < callsBetweenLooks_) return;
+    const qint64 now = running_.nsecsElapsed();
+    callsBetweenLooks_ = now - lastLook_ < kQuickCalls ? std::min(2 * callsBetweenLooks_, kMostCallsBetweenLooks) : 1;
+    calls_ = 0;
+    lastLook_ = now;
+    if (now - lastTurn_ < kEventInterval) return;
     RefreshProgress();
-    const bool show = running_.elapsed() >= kShowAfter;
+    const bool show = now >= kShowAfter;
     if (show) {
         model_->Sync();
         ui_->Grid->RefreshSizes(false);
@@ -279,7 +291,7 @@ void FrmGridBase::LetEventsRun() {
     }
     session_.ui.LetEventsRun();
     if (show) ui_->Grid->setUpdatesEnabled(false);
-    sinceEvents_.start();
+    lastTurn_ = lastLook_ = running_.nsecsElapsed();
 }
 
 bool FrmGridBase::Cancelled() const {

@@ -80,7 +80,10 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     qint32 done_ = 0;  // samples walked, of how many
     qint32 of_ = 0;
     QElapsedTimer running_;
-    QElapsedTimer sinceEvents_;
+    int calls_ = 0;  // of LetEventsRun since the clock was looked at
+    int callsBetweenLooks_ = 1;
+    qint64 lastLook_ = 0;  // nanoseconds of running_
+    qint64 lastTurn_ = 0;
 };
 
 }  // namespace quibra
