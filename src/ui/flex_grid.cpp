@@ -149,8 +149,8 @@ int FlexGridPainter::FlowWidth(int row, int column) const {
     int end = column + 1;
     while (end < columns && Text(row, end).isEmpty())
         ++end;
-    const int right = end < columns ? header->sectionPosition(end)
-                                    : std::max(header->length(), grid_->viewport()->width());
+    const int right =
+        end < columns ? header->sectionPosition(end) : std::max(header->length(), grid_->viewport()->width());
     return right - header->sectionPosition(column);
 }
 
@@ -426,7 +426,7 @@ void FlexGrid::MeasureOn(qint64 milliseconds) {
     // The rows in sight stay where they are when others above them grow.
     const int top = rowAt(0);
     const int topEdge = top < 0 ? 0 : rowViewportPosition(top);
-    MeasureVisible();
+    MeasureRowsFrom(top, 1);
     while (IsMeasuring() && clock.elapsed() < milliseconds)
         MeasureRow(nextToMeasure_++);
     if (!IsMeasuring())
@@ -448,10 +448,11 @@ void FlexGrid::MeasureRow(int row) {
     if (const int height = MeasuredRowHeight(row); rowHeight(row) != height) setRowHeight(row, height);
 }
 
-void FlexGrid::MeasureVisible() {
-    for (int row = rowAt(0); row >= kFixedRows && row < model()->rowCount(); ++row) {
-        if (rowViewportPosition(row) > viewport()->height()) break;
+// As many rows as the window can show, going down or up.
+void FlexGrid::MeasureRowsFrom(int row, int step) {
+    for (int room = viewport()->height(); room >= 0 && row >= kFixedRows && row < model()->rowCount(); row += step) {
         MeasureRow(row);
+        room -= rowHeight(row);
     }
 }
 
@@ -485,12 +486,12 @@ void FlexGrid::scrollTo(const QModelIndex& index, ScrollHint hint) {
     QScrollBar* bar = horizontalScrollBar();
     const int before = bar->value();
     const bool floated = FirstColumnFloats();
-    QTableView::scrollTo(index, hint);
-    if (IsMeasuring()) {
-        MeasureVisible();
+    if (IsMeasuring() && index.isValid()) {
+        MeasureRowsFrom(index.row(), 1);
+        MeasureRowsFrom(index.row(), -1);
         updateGeometries();
-        QTableView::scrollTo(index, hint);
     }
+    QTableView::scrollTo(index, hint);
     if (index.column() == 0 && floated) {
         bar->setValue(before);
     } else if (index.column() > 0 && FirstColumnFloats()) {
@@ -501,7 +502,7 @@ void FlexGrid::scrollTo(const QModelIndex& index, ScrollHint hint) {
 
 void FlexGrid::scrollContentsBy(int dx, int dy) {
     QTableView::scrollContentsBy(dx, dy);
-    if (dy != 0 && IsMeasuring()) MeasureVisible();
+    if (dy != 0 && IsMeasuring()) MeasureRowsFrom(rowAt(0), 1);
     // Texts that flow and the floating column do not move with the pixels.
     if (dx == 0) return;
     static_cast<FlexGridStrip*>(horizontalHeader())->firstFloats = FirstColumnFloats();
@@ -597,8 +598,34 @@ void FlexGrid::keyPressEvent(QKeyEvent* event) {
         Q_EMIT CopyRequested();
         event->accept();
     } else {
+        const QModelIndex before = currentIndex();
+        const CellRange selection = Selection();
         QTableView::keyPressEvent(event);
+        const QModelIndex now = currentIndex();
+        if (event->modifiers().testFlag(Qt::ShiftModifier))
+            Extend(selection, before);
+        else if (now == before && event->key() >= Qt::Key_Home && event->key() <= Qt::Key_PageDown)
+            Select({now.column(), now.row(), now.column(), now.row()});  // also where the edge stops the move
     }
+}
+
+// Stretches a selection to the current cell, from the corner opposite to where it was: as far as keys with Ctrl may
+// jump, and under the floating column, where Qt would take one cell for another.
+void FlexGrid::Extend(const CellRange& selection, const QModelIndex& before) {
+    const QModelIndex now = currentIndex();
+    if (!before.isValid() || !now.isValid() || now == before) return;
+    const int row = before.row() == selection.row1 ? selection.row2 : selection.row1;
+    const int column = before.column() == selection.column1 ? selection.column2 : selection.column1;
+    selectionModel()->select(QItemSelection(model()->index(std::min(row, now.row()), std::min(column, now.column())),
+                                            model()->index(std::max(row, now.row()), std::max(column, now.column()))),
+                             QItemSelectionModel::ClearAndSelect);
+}
+
+void FlexGrid::mousePressEvent(QMouseEvent* event) {
+    const QModelIndex before = currentIndex();
+    const CellRange selection = Selection();
+    QTableView::mousePressEvent(event);
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) Extend(selection, before);
 }
 
 void FlexGrid::mouseReleaseEvent(QMouseEvent* event) {

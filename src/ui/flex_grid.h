@@ -68,6 +68,7 @@ class FlexGrid : public QTableView {
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -77,6 +78,7 @@ class FlexGrid : public QTableView {
 
   private:
     bool FirstColumnFloats() const;
+    void Extend(const CellRange& selection, const QModelIndex& before);
     QModelIndex Edge(const QModelIndex& from, int rowStep, int columnStep) const;
     void ColumnResized(int column, int oldSize, int newSize);
     int BaseRowHeight() const;
@@ -85,7 +87,7 @@ class FlexGrid : public QTableView {
     void MeasureAll();
     void MeasureOn(qint64 milliseconds);
     void MeasureRow(int row);
-    void MeasureVisible();
+    void MeasureRowsFrom(int row, int step);
     bool IsMeasuring() const;
 
     FlexGridPainter* painter_;
