@@ -107,6 +107,8 @@ class FlexGridPainter : public QStyledItemDelegate {
 
     // `column` may be the one behind the last: the ground beside the cells.
     void Paint(QPainter& painter, const QStyleOptionViewItem& option, int row, int column) const;
+    // A column of figures is not made narrower than this: a figure that is cut off reads as another.
+    int FigureWidth() const;
     // The text of a row's cells needs so many lines, at most kMaxRowLines.
     int RowLines(int row) const;
 
@@ -126,6 +128,13 @@ class FlexGridPainter : public QStyledItemDelegate {
 
     FlexGrid* grid_;
 };
+
+int FlexGridPainter::FigureWidth() const {
+    const QFontMetrics metrics(grid_->font());
+    const int widest =
+        std::max(kFigureDigits * metrics.horizontalAdvance(u'0'), metrics.horizontalAdvance(QStringLiteral("100.0%")));
+    return widest + 2 * kSidePadding;
+}
 
 QFont FlexGridPainter::FontOf(int row) const {
     QFont font = grid_->font();
@@ -157,7 +166,7 @@ int FlexGridPainter::FlowWidth(int row, int column) const {
 QRect FlexGridPainter::FlowOf(int row, int column) const {
     QRect flow = grid_->visualRect(grid_->model()->index(row, column));
     // Column 0 may stand further to the right than its place; what flows out of it ends where it would.
-    flow.setRight(grid_->columnViewportPosition(column) + FlowWidth(row, column) - 1);
+    flow.setRight(std::max(flow.right(), grid_->columnViewportPosition(column) + FlowWidth(row, column) - 1));
     return flow;
 }
 
@@ -178,8 +187,8 @@ void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& optio
     painter.setClipRect(option.rect, Qt::IntersectClip);
     painter.fillRect(option.rect, ground);
     if (kind == GridRowKind::Total) {
-        painter.setPen(palette.color(group, QPalette::Text));
-        painter.drawLine(option.rect.topLeft(), option.rect.topRight());
+        const QRect rule(option.rect.left(), option.rect.top(), option.rect.width(), 1);
+        painter.fillRect(rule, palette.color(group, QPalette::Text));
     }
     if (const int source = SourceOf(row, column); source >= 0 && (source == column || !IsFigure(row, source))) {
         painter.setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
@@ -188,7 +197,7 @@ void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& optio
         const QString text = Text(row, source);
         if (IsFigure(row, source)) {
             const QFontMetrics metrics = painter.fontMetrics();
-            place.setWidth(std::min(place.width(), kFigureDigits * metrics.horizontalAdvance(u'0')));
+            place.setWidth(std::min(place.width(), FigureWidth() - 2 * kSidePadding));
             painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter,
                              metrics.elidedText(text, Qt::ElideRight, place.width()));
         } else {
@@ -394,7 +403,9 @@ void FlexGrid::RefreshSizes(bool measure) {
         verticalHeader()->setDefaultSectionSize(BaseRowHeight());
         for (int column = 0; column < model()->columnCount(); ++column) {
             const double twips = model()->headerData(column, Qt::Horizontal, kTwipsRole).toDouble();
-            const int width = std::max(kLeastColumnWidth, static_cast<int>(std::lround(twips / perPixel)));
+            const bool figures = model()->headerData(column, Qt::Horizontal, kFigureRole).toBool();
+            const int least = figures ? painter_->FigureWidth() : kLeastColumnWidth;
+            const int width = std::max(least, static_cast<int>(std::lround(twips / perPixel)));
             if (columnWidth(column) != width) setColumnWidth(column, width);
         }
         if (model()->rowCount() > kFixedRows) setRowHidden(0, true);

@@ -16,7 +16,8 @@ namespace quibra {
 enum GridRole {
     kTwipsRole = Qt::UserRole,  // headerData: a column's width, settable, or a row's height; without: the grid's own
     kRowKindRole,               // data: a GridRowKind, the same for all cells of a row
-    kFigureRole,                // data: true for a cell whose digits stand under those of the cells above
+    kFigureRole,                // data: true for a cell whose digits stand under those of the cells above; headerData:
+                                // for a column that has such cells
 };
 
 enum class GridRowKind { Plain, Heading, Limit, Choice, Total, Blank };

@@ -119,6 +119,11 @@ TEST_F(FlexGridTest, ColumnsKeepTheWidthsTheyAreDraggedToAndRowsFollow) {
     EXPECT_EQ(grid.rowHeight(3), BaseHeight());
     EXPECT_EQ(grid.rowHeight(4), 60);
     EXPECT_TRUE(grid.isRowHidden(0));
+    model.setHeaderData(1, Qt::Horizontal, 150, kTwipsRole);
+    model.setHeaderData(1, Qt::Horizontal, true, kFigureRole);
+    grid.RefreshSizes(true);
+    EXPECT_GT(grid.columnWidth(1), grid.fontMetrics().horizontalAdvance(u"100.0%"_s)) << "figures are not cut off";
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal, kTwipsRole).toInt(), 150);
     QWidget* strip = grid.horizontalHeader()->viewport();
     QTest::mousePress(strip, Qt::LeftButton, {}, QPoint(99, 3));
     QTest::mouseMove(strip, QPoint(399, 3));

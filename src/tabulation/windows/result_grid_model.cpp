@@ -63,8 +63,14 @@ void ResultGridModel::TakeShape() {
         setKind(total, GridRowKind::Total);
         setKind(total + 1, GridRowKind::Blank);
     }
-    for (int column = 0; column < columns_; ++column)
-        figureColumns_[static_cast<size_t>(column)] = sheet_.grid.Alignment(column) == CellAlignment::LeftCenter;
+    // As the sheet lays its columns out; asking it for them would fail where an error has kept it from doing so.
+    int column = 0;
+    for (int L = 0; L < option.LimitCount; ++L) {
+        if (L == 0 || sheet_.view.sort) ++column;
+        for (int figures = sheet_.view.percent == TotalView::CountsAndPercent ? 2 : 1; figures > 0; --figures, ++column)
+            if (column < columns_) figureColumns_[static_cast<size_t>(column)] = true;
+        if (sheet_.view.space) ++column;
+    }
     if (option.LimitCount > 1) captionRow_ = sheet_.RowStart(option.FromQno) + TotalSheet::kLimitRow;
 }
 
@@ -112,6 +118,7 @@ QVariant ResultGridModel::headerData(int section, Qt::Orientation orientation, i
     }
     if (!Holds(0, section)) return {};
     if (role == kTwipsRole) return sheet_.grid.ColumnWidth(section);
+    if (role == kFigureRole) return bool{figureColumns_[static_cast<size_t>(section)]};
     const bool caption = role == Qt::DisplayRole || role == Qt::ToolTipRole;
     if (!caption || !Holds(captionRow_, section) || captionRow_ == 0) return {};
     return sheet_.grid.Text(section, captionRow_);
