@@ -1,0 +1,180 @@
+#include "result_window_bench.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScrollBar>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <thread>
+#include <vector>
+
+#include "core/survey_session.h"
+#include "message_loop_probe.h"
+#include "silent_interface.h"
+#include "synthetic_survey.h"
+#include "tabulation/windows/frm_grid_base.h"
+#include "tabulation/windows/sheet_host.h"
+#include "ui/flex_grid.h"
+#include "ui/qt_user_interface.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+constexpr int kColumns = 30;
+constexpr int kRuns = 7;
+constexpr int kScrollSteps = 100;
+
+// Agrees to be stopped, and notes when it was asked.
+class Asked : public QtUserInterface {
+  public:
+    Answer Message(const QString&, int, const QString&) override {
+        asked = clock.nsecsElapsed();
+        return Answer::Ok;
+    }
+    QElapsedTimer clock;
+    qint64 asked = -1;
+};
+
+double Milliseconds(const std::function<void()>& work) {
+    QElapsedTimer clock;
+    clock.start();
+    work();
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+void Print(const char* what, std::vector<double> figures, const char* unit) {
+    std::ranges::sort(figures);
+    std::printf("%-48s median %8.1f  max %8.1f %s\n", what, figures[figures.size() / 2], figures.back(), unit);
+}
+
+// From any thread: `button` is only the address, the places are told.
+void Click(QWidget* button, const QPointF& place, const QPointF& global) {
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+        QCoreApplication::postEvent(
+            button, new QMouseEvent(type, place, global, Qt::LeftButton,
+                                    type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, {}));
+}
+
+// The same total without a window, with a monitor that does nothing.
+double EngineAlone(const Survey& survey, const TotalOption& option) {
+    SilentInterface silent;
+    TotalMonitor monitor;
+    ColumnWidths widths = kDefaultColumnWidths;
+    TotalSheet sheet(survey, silent, monitor, widths);
+    return Milliseconds([&] { sheet.DoTotal(option); });
+}
+
+void MeasureTotal() {
+    Asked ui;
+    SurveySession session(ui, QString());
+    session.survey = MakeSyntheticSurvey(kMillion);
+    ResultWindows windows(session, session.settings);
+    windows.option = AllQuestions(session.survey, kColumns);
+    FrmGridBase& window = windows.New();
+    window.SheetCommand(u"Do Total"_s);
+
+    std::vector<double> alone, whole, ratios, gaps;
+    for (int run = 0; run < kRuns; ++run) {
+        alone.push_back(EngineAlone(session.survey, windows.option));
+        MessageLoopProbe probe;
+        whole.push_back(Milliseconds([&] { window.SheetCommand(u"Do Total"_s); }));
+        ratios.push_back(whole.back() / alone.back());
+        QApplication::processEvents();  // the result is drawn
+        gaps.push_back(probe.LongestGapMilliseconds());
+    }
+    Print("total of 60 questions by 30 columns, no window", alone, "ms");
+    Print("the same in its window", whole, "ms");
+    Print("ratio of the two", ratios, "");
+    Print("longest gap between turns", gaps, "ms");
+
+    auto* cancel = window.findChild<QPushButton*>(u"cmdCancel"_s);
+    const QPointF place = cancel->rect().center();
+    const QPointF global = cancel->mapToGlobal(place);
+    std::vector<double> waits;
+    ui.clock.start();
+    for (int run = 0; run < kRuns; ++run) {
+        const auto delay = std::chrono::milliseconds(static_cast<int>(whole.front()) * run / (2 * kRuns));
+        qint64 posted = 0;
+        ui.asked = -1;
+        std::thread hand([&] {
+            std::this_thread::sleep_for(delay);
+            posted = ui.clock.nsecsElapsed();
+            Click(cancel, place, global);
+        });
+        window.SheetCommand(u"Do Total"_s);
+        hand.join();
+        QApplication::sendPostedEvents();  // a click that came too late is not left to the next run
+        if (ui.asked >= 0) waits.push_back(static_cast<double>(ui.asked - posted) / 1e6);
+    }
+    std::printf("%zu of %d clicks in time\n", waits.size(), kRuns);
+    if (!waits.empty()) Print("click on cancel to its question", waits, "ms");
+    window.close();
+}
+
+// A table of figures, or a list of texts that wrap.
+class BigModel : public QAbstractTableModel {
+  public:
+    BigModel(int rows, int columns, bool figures) : rows_(rows), columns_(columns), figures_(figures) {}
+    int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : rows_; }
+    int columnCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : columns_; }
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (role == kRowKindRole) return static_cast<int>(GridRowKind::Choice);
+        if (role == kFigureRole) return figures_ && index.column() > 0;
+        if (role != Qt::DisplayRole) return {};
+        if (index.column() == 0) return u"選択肢%1"_s.arg(index.row());
+        return figures_ ? QString::number(index.row() * index.column())
+                        : u"バスの本数が少なくて困っています。"_s.repeated(1 + index.row() % 5);
+    }
+    QVariant headerData(int, Qt::Orientation orientation, int role) const override {
+        return role == kTwipsRole && orientation == Qt::Horizontal ? 1400 : QVariant();
+    }
+
+  private:
+    int rows_;
+    int columns_;
+    bool figures_;
+};
+
+void MeasureGrid(int rows, int columns, bool figures) {
+    BigModel model(rows, columns, figures);
+    FlexGrid grid;
+    grid.resize(1200, 700);
+    std::printf("grid of %d x %d %s\n", rows, columns, figures ? "figures" : "texts");
+    Print("  shown", {Milliseconds([&] {
+              grid.setModel(&model);
+              grid.show();
+              grid.grab();
+          })},
+          "ms");
+    std::vector<double> steps;
+    for (int step = 1; step <= kScrollSteps; ++step)
+        steps.push_back(Milliseconds([&] {
+            for (QScrollBar* bar : {grid.verticalScrollBar(), grid.horizontalScrollBar()})
+                bar->setValue(bar->maximum() * step / kScrollSteps);
+            grid.grab();
+        }));
+    Print("  one step of scrolling", steps, "ms");
+    Print("  a column of another width", {Milliseconds([&] {
+              grid.setColumnWidth(0, 200);
+              grid.RefreshSizes(true);
+              grid.grab();
+          })},
+          "ms");
+}
+
+}  // namespace
+
+void MeasureResultWindow() {
+    MeasureTotal();
+    MeasureGrid(2000, 512, true);
+    MeasureGrid(10000, 8, false);
+}
+
+}  // namespace quibra
