@@ -1,15 +1,6 @@
-#include "result_window_bench.h"
-
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QScrollBar>
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <functional>
-#include <thread>
 #include <vector>
 
 #include "core/survey_session.h"
@@ -19,7 +10,7 @@
 #include "tabulation/windows/frm_grid_base.h"
 #include "tabulation/windows/sheet_host.h"
 #include "ui/flex_grid.h"
-#include "ui/qt_user_interface.h"
+#include "window_bench.h"
 
 using namespace Qt::StringLiterals;
 
@@ -30,37 +21,6 @@ namespace {
 constexpr int kColumns = 30;
 constexpr int kRuns = 7;
 constexpr int kScrollSteps = 100;
-
-// Agrees to be stopped, and notes when it was asked.
-class Asked : public QtUserInterface {
-  public:
-    Answer Message(const QString&, int, const QString&) override {
-        asked = clock.nsecsElapsed();
-        return Answer::Ok;
-    }
-    QElapsedTimer clock;
-    qint64 asked = -1;
-};
-
-double Milliseconds(const std::function<void()>& work) {
-    QElapsedTimer clock;
-    clock.start();
-    work();
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
-void Print(const char* what, std::vector<double> figures, const char* unit) {
-    std::ranges::sort(figures);
-    std::printf("%-48s median %8.1f  max %8.1f %s\n", what, figures[figures.size() / 2], figures.back(), unit);
-}
-
-// From any thread: `button` is only the address, the places are told.
-void Click(QWidget* button, const QPointF& place, const QPointF& global) {
-    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
-        QCoreApplication::postEvent(
-            button, new QMouseEvent(type, place, global, Qt::LeftButton,
-                                    type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, {}));
-}
 
 // The same total without a window, with a monitor that does nothing.
 double EngineAlone(const Survey& survey, const TotalOption& option) {
@@ -98,26 +58,14 @@ void MeasureTotal() {
     Print("longest gap between turns", gaps, "ms");
 
     auto* cancel = window.findChild<QPushButton*>(u"cmdCancel"_s);
-    const QPointF place = cancel->rect().center();
-    const QPointF global = cancel->mapToGlobal(place);
     std::vector<double> waits;
-    ui.clock.start();
     for (int run = 0; run < kRuns; ++run) {
         const auto delay = std::chrono::milliseconds(static_cast<int>(whole.front()) * run / (2 * kRuns));
-        qint64 posted = 0;
-        ui.asked = -1;
-        std::thread hand([&] {
-            std::this_thread::sleep_for(delay);
-            posted = ui.clock.nsecsElapsed();
-            Click(cancel, place, global);
-        });
-        window.SheetCommand(u"Do Total"_s);
-        hand.join();
-        QApplication::sendPostedEvents();  // a click that came too late is not left to the next run
-        if (ui.asked >= 0) waits.push_back(static_cast<double>(ui.asked - posted) / 1e6);
+        const double wait = ui.WaitForQuestion(cancel, delay, [&] { window.SheetCommand(u"Do Total"_s); });
+        if (wait >= 0) waits.push_back(wait);
     }
     std::printf("%zu of %d clicks in time\n", waits.size(), kRuns);
-    if (!waits.empty()) Print("click on cancel to its question", waits, "ms");
+    Print("click on cancel to its question", waits, "ms");
 
     // As many people as a list holds at once.
     windows.option.TotalKind = kEssayList;

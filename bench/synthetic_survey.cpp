@@ -16,7 +16,7 @@ constexpr int kColumnQuestion = 30;
 
 }  // namespace
 
-Survey MakeSyntheticSurvey(qint32 samples) {
+Survey MakeSyntheticSurvey(qint32 samples, bool texts) {
     Survey survey;
     NewSurveyHead(survey, QString());
     NewSurveyBody(survey);
@@ -29,6 +29,7 @@ Survey MakeSyntheticSurvey(qint32 samples) {
         for (int c = 1; c < question.ChoiceCount; ++c)
             survey.Choices(c, q).Text = u"選択肢%1"_s.arg(c);
     }
+    if (texts) survey.Choices(1, 0).Status = 1 << kEssay;
     RecalcLayout(survey);
     survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
     survey.Samples.Allocate(samples);
@@ -47,6 +48,7 @@ Survey MakeSyntheticSurvey(qint32 samples) {
                 answers[i] = static_cast<qint16>(1 + random() % static_cast<unsigned>(question.ChoiceCount - 1));
             maAno_pushC(survey.QIdx.Data(), q, bits, &count, answers);
         }
+        if (texts && dno % 3 == 0) survey.Samples.SetEssay(dno, survey.QIdx[0].EssayStart, u"意見%1"_s.arg(dno));
     }
     return survey;
 }

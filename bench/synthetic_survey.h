@@ -9,7 +9,8 @@ namespace quibra {
 
 inline constexpr qint32 kMillion = 1'000'000;
 
-Survey MakeSyntheticSurvey(qint32 samples);
+// `texts`: a third of the samples also have a text, by choice 1 of the first question.
+Survey MakeSyntheticSurvey(qint32 samples, bool texts = false);
 // One for all benchmarks, a million samples, made at its first use.
 Survey& SyntheticSurvey();
 

@@ -1,13 +1,13 @@
 // What windows cost, on Qt's offscreen platform: one line a figure.
-#include <QApplication>
-
-#include "result_window_bench.h"
+#include "apps/quibra/application.h"
 #include "ui/theme.h"
+#include "window_bench.h"
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
+    quibra::Application application(argc, argv);
     quibra::SetUpApplication(application);
+    quibra::MeasureFiles();
     quibra::MeasureResultWindow();
     return 0;
 }

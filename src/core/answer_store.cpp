@@ -201,12 +201,21 @@ bool IDsAreSorted(const Survey& survey) {
 // order, so the rest is always the list as it was without those fetched: two cursors, one over the list and one over it
 // sorted, do.
 void SortSamples(Survey& survey, UserInterface& ui) {
+    constexpr qint64 kPlaces = qint64{1} << 31;
     if (IDsAreSorted(survey)) return;
     const qint32 count = survey.SampleCount();
     const qint32* ids = survey.Samples.IDs();
-    std::vector<qint32> byID(static_cast<size_t>(count));
-    std::iota(byID.begin(), byID.end(), 0);
-    std::stable_sort(byID.begin(), byID.end(), [ids](qint32 x, qint32 y) { return ids[x] < ids[y]; });
+    // ID and place in one number: sorted without a look elsewhere, and equal IDs keep their order.
+    std::vector<qint64> byID(static_cast<size_t>(count));
+    for (qint32 dno = 0; dno < count; ++dno)
+        byID[static_cast<size_t>(dno)] = qint64{ids[dno]} * kPlaces + dno;
+    // In two halves, between which events run.
+    const auto middle = byID.begin() + count / 2;
+    std::sort(byID.begin(), middle);
+    ui.LetEventsRun();
+    std::sort(middle, byID.end());
+    std::inplace_merge(byID.begin(), middle, byID.end());
+    ui.LetEventsRun();
 
     std::vector<bool> taken(static_cast<size_t>(count));
     std::vector<qint32> order;
@@ -229,16 +238,16 @@ void SortSamples(Survey& survey, UserInterface& ui) {
         if (known && ids[front] == minimum + 1) {
             take(front);
         } else {
-            while (taken[static_cast<size_t>(*smallest)])
+            while (taken[static_cast<size_t>(*smallest & (kPlaces - 1))])
                 ++smallest;
-            take(*smallest);
+            take(static_cast<qint32>(*smallest & (kPlaces - 1)));
             known = true;
         }
         minimum = ids[order.back()];
     }
     for (; front < count; ++front)
         if (!taken[static_cast<size_t>(front)]) order.push_back(front);
-    survey.Samples.Reorder(order);
+    survey.Samples.Reorder(order, [&ui] { ui.LetEventsRun(); });
 }
 
 QString SampleIDText(const Survey& survey, qint32 dno) {

@@ -27,6 +27,10 @@ namespace {
 // Large enough that system calls cost nothing beside the bytes, small enough to stay in the processor's cache.
 constexpr size_t kChunkSize = size_t{1} << 20;
 
+// Bytes go to the disk in pieces of this size while more are written: one flush of them all at the end would stand
+// still for as long as a slow disk takes.
+constexpr size_t kSyncPiece = size_t{16} << 20;
+
 constexpr unsigned kNewFilePermissions = 0666;
 
 constexpr int kShortestMirror = 1;
@@ -100,7 +104,8 @@ BinaryFile BinaryFile::Create(const QString& path, std::optional<unsigned> permi
     return file;
 }
 
-BinaryFile::BinaryFile(BinaryFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+BinaryFile::BinaryFile(BinaryFile&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)), unsynced_(other.unsynced_) {}
 
 BinaryFile::~BinaryFile() {
     if (descriptor_ >= 0) close(descriptor_);
@@ -125,6 +130,10 @@ size_t BinaryFile::Read(unsigned char* bytes, size_t size) {
 void BinaryFile::Write(const unsigned char* bytes, size_t size) {
     for (size_t done = 0; done < size;)
         done += static_cast<size_t>(Checked([&] { return write(descriptor_, bytes + done, size - done); }));
+    unsynced_ += size;
+    if (unsynced_ < kSyncPiece) return;
+    Checked([&] { return fdatasync(descriptor_); });
+    unsynced_ = 0;
 }
 
 void BinaryFile::Sync() {

@@ -35,6 +35,7 @@ class BinaryFile {
     explicit BinaryFile(int descriptor) : descriptor_(descriptor) {}
 
     int descriptor_;
+    size_t unsynced_ = 0;  // bytes written since they were last sent to the disk
 };
 
 // What stands under a name.

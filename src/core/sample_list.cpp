@@ -18,6 +18,8 @@ constexpr size_t kAlignment = 64;
 constexpr size_t kReadableTail = 64;
 constexpr size_t kPageBytes = 4096;
 constexpr size_t kLargeBlock = 4 << 20;
+// So many samples take a few milliseconds, whatever is done to them.
+constexpr size_t kSamplesATurn = size_t{1} << 15;
 
 }  // namespace
 
@@ -188,7 +190,14 @@ void SampleList::Move(qint32 from, qint32 to) {
     rotate(essays_.begin(), 1);
 }
 
-void SampleList::Reorder(const std::vector<qint32>& order) {
+void SampleList::DropEssays(const std::function<void()>& turn) {
+    for (size_t dno = 0; dno < essays_.size(); ++dno) {
+        essays_[dno].reset();
+        if (dno % kSamplesATurn == 0) turn();
+    }
+}
+
+void SampleList::Reorder(const std::vector<qint32>& order, const std::function<void()>& turn) {
     CheckSubscript(static_cast<qint64>(order.size()) - 1, Count() + 1);
     SampleList sorted;
     sorted.SetLayout(stride_, essaySlots_);
@@ -200,6 +209,7 @@ void SampleList::Reorder(const std::vector<qint32>& order) {
         sorted.ids_[to] = ids_[from];
         sorted.flags_[to] = flags_[from];
         sorted.essays_[to] = std::move(essays_[from]);
+        if (to % kSamplesATurn == 0) turn();
     }
     *this = std::move(sorted);
 }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -78,8 +79,11 @@ class SampleList {
     void Erase(qint32 dno);
     // Takes the sample at `from` out and puts it back at `to`; those between shift by one.
     void Move(qint32 from, qint32 to);
+    // `turn`, in both: called every few milliseconds. Of all that a list holds its texts take longest to free.
+    void DropEssays(const std::function<void()>& turn);
     // Sample i becomes what sample order[i] was; `order` holds each number once.
-    void Reorder(const std::vector<qint32>& order);
+    void Reorder(
+        const std::vector<qint32>& order, const std::function<void()>& turn = [] {});
 
     // The arrays themselves, for loops over blocks of samples: `count` samples from `dno` on lie behind each pointer.
     const qint32* IDs() const { return ids_.data(); }

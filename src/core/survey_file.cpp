@@ -125,6 +125,7 @@ bool ReadBody(SurveySession& session, ByteReader& in, int code) {
     Survey& survey = session.survey;
     UserInterface& ui = session.ui;
     session.DeadSurvey();
+    survey.Samples.DropEssays([&ui] { ui.LetEventsRun(); });
     NewSurveyHead(survey, session.Directory());
     NewSurveyBody(survey);
     session.ChangedOff();
@@ -134,7 +135,7 @@ bool ReadBody(SurveySession& session, ByteReader& in, int code) {
     session.Unlock();
     reader.ReadLockLevelAndEditor();
     session.Lock();
-    ui.Progress(u"ｱﾝｹｰﾄの質問・限定条件読み込み"_s, 0);
+    if (!ui.Progress(u"ｱﾝｹｰﾄの質問・限定条件読み込み"_s, 0)) return false;
     reader.ReadDefinition();
     if (!reader.ReadSamples([&ui](const QString& text, double fraction) { return ui.Progress(text, fraction); }))
         return false;
@@ -275,7 +276,11 @@ int SurveyLoad(SurveySession& session, QString& path, int mode) {
                                               .info = path,
                                               .caption = u"質問など"_s,
                                               .onFatalStop = [&session] { session.DeadSurvey(); }});
-        if (!ReadBody(session, in, code)) return;
+        if (!ReadBody(session, in, code)) {
+            // The survey that a Stop has killed was not always the one read into.
+            session.DeadSurvey();
+            return;
+        }
         Survey& survey = session.survey;
         session.ChangedOff();
         survey.FileName = path;

@@ -1,4 +1,4 @@
-// The message loop's top: the last place that sees a run-time error.
+// The message loop's top: the last place that sees a run-time error. Sets what holds for the whole process, too.
 #pragma once
 
 #include <QApplication>
@@ -11,7 +11,7 @@ class Application : public QApplication {
     // The exit status of a program that a run-time error has ended.
     static constexpr int kBrokenStatus = 3;
 
-    using QApplication::QApplication;
+    Application(int& argc, char** argv);
 
     // `lastWords` is called with the text of an error that nobody handled; the process ends when it returns.
     void SetLastWords(std::function<void(const QString& error)> lastWords) { lastWords_ = std::move(lastWords); }
