@@ -26,7 +26,7 @@ bool UnlockWith(SurveySession& session, const QString& word) {
     return false;
 }
 
-void ChangePassword(SurveySession& session, const QString& word, const std::function<QString()>& again) {
+void ChangePassword(SurveySession& session, const QString& word, const std::function<std::optional<QString>()>& again) {
     if (word.size() > kMaxPasswordLength) {
         session.ui.Message(u"パスワードの字数が多すぎます（半角英文字32字以内でなければいけません）"_s, kOkOnly);
         return;

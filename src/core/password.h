@@ -19,9 +19,9 @@ QString PasswordLetters(const QString& text);
 // Releases the lock when `word` is the survey's password, else tells that it is not.
 bool UnlockWith(SurveySession& session, const QString& word);
 
-// Takes `word` as the new password once it has been entered a second time: `again` asks for that. The user is told what
-// came of it.
-void ChangePassword(SurveySession& session, const QString& word, const std::function<QString()>& again);
+// Takes `word` as the new password once it has been entered a second time: `again` asks for that and gives nothing when
+// the user turns away. The user is told what came of it.
+void ChangePassword(SurveySession& session, const QString& word, const std::function<std::optional<QString>()>& again);
 
 // Sets the level of the lock, which marks the survey as changed.
 void SetLockLevel(SurveySession& session, int level);

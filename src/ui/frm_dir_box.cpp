@@ -69,8 +69,10 @@ void FrmDirBox::SetFolder(const QString& folder) {
 }
 
 void FrmDirBox::KeepInSight() {
-    if (keepInSight_)
-        controls_->dirDir->scrollTo(controls_->dirDir->currentIndex(), QAbstractItemView::PositionAtCenter);
+    if (!keepInSight_) return;
+    controls_->dirDir->scrollTo(controls_->dirDir->currentIndex(), QAbstractItemView::PositionAtCenter);
+    // That opens the folders above, which is not the person's doing.
+    keepInSight_ = true;
 }
 
 void FrmDirBox::drvDir_Change(int index) {

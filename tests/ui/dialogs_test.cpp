@@ -18,7 +18,7 @@
 #include <functional>
 
 #include "support/qt_printers.h"
-#include "ui/accessibility.h"
+#include "support/windows/when_asked.h"
 #include "ui/qt_user_interface.h"
 
 using namespace Qt::StringLiterals;
@@ -26,28 +26,6 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 namespace {
-
-// Runs `act` on the next modal window, once that is shown and takes keys.
-void WhenAsked(std::function<void(QWidget&)> act) {
-    auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
-        QWidget* window = QApplication::activeModalWidget();
-        if (!window || !window->isVisible() || !window->isActiveWindow()) return;
-        timer->deleteLater();
-        timer->stop();
-        // A window that stayed open would hang the test.
-        const QPointer<QWidget> guard = window;
-        EXPECT_EQ(UnnamedControls(window), QStringList()) << qPrintable(window->objectName());
-        act(*window);
-        // A button pressed by its letter goes down for a moment first.
-        const bool left = QTest::qWaitFor([&guard] { return !guard || !guard->isVisible(); }, 300);
-        if (!left && guard == QApplication::activeModalWidget()) {
-            ADD_FAILURE() << qPrintable(guard->objectName()) << " stays open";
-            guard->close();
-        }
-    });
-    timer->start(1);
-}
 
 template <typename Control>
 Control& Find(QWidget& window, const QString& name) {
@@ -267,6 +245,10 @@ TEST(DirBox, ListsFollowEachOther) {
         EXPECT_EQ(drives.currentData().toString(), home.path());
         EXPECT_EQ(files.count(), 0);
         ASSERT_TRUE(QTest::qWaitFor([&] { return folders.model()->rowCount(folders.currentIndex()) == 1; }));
+        const auto inSight = [&folders] {
+            return folders.viewport()->rect().contains(folders.visualRect(folders.currentIndex()).center());
+        };
+        EXPECT_TRUE(QTest::qWaitFor(inSight)) << "among all that stands before it";
         Key(window, Qt::Key_Down);
         EXPECT_EQ(folders.currentIndex().data().toString(), u"調査"_s);
         ASSERT_EQ(files.count(), 1);

@@ -13,17 +13,16 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 FrmKey::FrmKey(SurveySession& session, QWidget* parent)
-    : QDialog(parent), session_(session), controls_(std::make_unique<Ui::FrmKey>()) {
+    : QDialog(parent), session_(session), controls_(std::make_unique<Ui::FrmKey>()), levels_(new QButtonGroup(this)) {
     controls_->setupUi(this);
     SetUpForm(this, session.ui, kHelpLock);
     controls_->Word->SetRefusal(session.ui, u"パスワードはすべて半角英６文字です"_s);
     controls_->NewWord->SetRefusal(session.ui, u"パスワードはすべて半角英文字です"_s);
-    auto* levels = new QButtonGroup(this);
-    levels->addButton(controls_->LV_0, 0);
-    levels->addButton(controls_->LV_1, 1);
-    levels->addButton(controls_->LV_2, 2);
+    levels_->addButton(controls_->LV_0, 0);
+    levels_->addButton(controls_->LV_1, 1);
+    levels_->addButton(controls_->LV_2, 2);
 
-    connect(levels, &QButtonGroup::idClicked, this, &FrmKey::LV_Click);
+    connect(levels_, &QButtonGroup::idClicked, this, &FrmKey::LV_Click);
     connect(controls_->Lock, &QPushButton::clicked, this, &FrmKey::Lock_Click);
     connect(controls_->Word, &PasswordBox::EnterPressed, this, &FrmKey::Unlock_Click);
     connect(controls_->Unlock, &QPushButton::clicked, this, &FrmKey::Unlock_Click);
@@ -32,6 +31,8 @@ FrmKey::FrmKey(SurveySession& session, QWidget* parent)
     connect(controls_->Close, &QPushButton::clicked, this, &QDialog::close);
     connect(&session_, &SurveySession::StateChanged, this, &FrmKey::RefreshLook);
     RefreshLook();
+    FocusFirst();
+    WinCenter(this);
 }
 
 FrmKey::~FrmKey() = default;
@@ -42,11 +43,13 @@ void FrmKey::LV_Click(int index) {
 
 void FrmKey::Lock_Click() {
     session_.Lock();
+    FocusFirst();
 }
 
 void FrmKey::Unlock_Click() {
     UnlockWith(session_, controls_->Word->text());
     controls_->Word->clear();
+    FocusFirst();
 }
 
 void FrmKey::ChangeKey_Click() {
@@ -55,14 +58,22 @@ void FrmKey::ChangeKey_Click() {
     if (word.size() <= kMaxPasswordLength) controls_->NewWord->clear();
 }
 
+// The other look hides what had the focus.
+void FrmKey::FocusFirst() {
+    QAbstractButton* level = levels_->checkedButton();
+    if (!session_.menu.unlocked)
+        controls_->Word->setFocus();
+    else if (level)
+        level->setFocus();
+}
+
 void FrmKey::RefreshLook() {
     const bool unlocked = session_.menu.unlocked;
     controls_->LockF->setVisible(unlocked);
     controls_->ChangeF->setVisible(unlocked);
     controls_->UnlockF->setVisible(!unlocked);
-    QRadioButton* const levels[] = {controls_->LV_0, controls_->LV_1, controls_->LV_2};
-    const int level = session_.survey.LockLevel;
-    if (level >= 0 && level <= 2) levels[level]->setChecked(true);
+    (unlocked ? controls_->Lock : controls_->Unlock)->setDefault(true);
+    if (QAbstractButton* level = levels_->button(session_.survey.LockLevel)) level->setChecked(true);
     adjustSize();
 }
 

@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <memory>
 
+class QButtonGroup;
+
 namespace Ui {
 class FrmKey;
 }
@@ -23,10 +25,12 @@ class FrmKey : public QDialog {
     void Lock_Click();
     void Unlock_Click();
     void ChangeKey_Click();
+    void FocusFirst();
     void RefreshLook();
 
     SurveySession& session_;
     std::unique_ptr<Ui::FrmKey> controls_;
+    QButtonGroup* levels_;
 };
 
 }  // namespace quibra

@@ -23,14 +23,14 @@ QString FrmOther::Text() const {
     return controls_->Text->text();
 }
 
-QString AskPassword(UserInterface& ui, QWidget* parent) {
+std::optional<QString> AskPassword(UserInterface& ui, QWidget* parent) {
     FrmOther window(ui, parent);
-    return window.exec() == QDialog::Accepted ? window.Text() : QString();
+    if (window.exec() != QDialog::Accepted) return std::nullopt;
+    return window.Text();
 }
 
 bool VerifyPassword(UserInterface& ui, QWidget* parent, const QString& expected) {
-    FrmOther window(ui, parent);
-    if (window.exec() == QDialog::Accepted && window.Text() == expected) return true;
+    if (AskPassword(ui, parent) == expected) return true;
     ui.Message(u"パスワードが正しくありません"_s, kOkOnly);
     return false;
 }

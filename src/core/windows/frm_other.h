@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class FrmOther;
@@ -23,8 +24,8 @@ class FrmOther : public QDialog {
     std::unique_ptr<Ui::FrmOther> controls_;
 };
 
-// Has the user enter a password; an empty text when they turn away. `parent` may be null.
-QString AskPassword(UserInterface& ui, QWidget* parent);
+// Has the user enter a password, which may be empty; nothing when they turn away. `parent` may be null.
+std::optional<QString> AskPassword(UserInterface& ui, QWidget* parent);
 // True when the user enters `expected`; otherwise they are told that it is wrong.
 bool VerifyPassword(UserInterface& ui, QWidget* parent, const QString& expected);
 

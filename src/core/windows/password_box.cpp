@@ -35,13 +35,15 @@ void PasswordBox::keyPressEvent(QKeyEvent* event) {
     QLineEdit::keyPressEvent(event);
 }
 
-// Typed capitals and pasted texts.
+// Typed capitals, and what comes from the clipboard or an input method.
 void PasswordBox::KeepLetters() {
-    const QString kept = PasswordLetters(text());
-    if (kept == text()) return;
-    const int place = cursorPosition();
+    const QString entered = text();
+    const QString kept = PasswordLetters(entered);
+    if (kept == entered) return;
+    const QString before = PasswordLetters(entered.left(cursorPosition()));
     setText(kept);
-    setCursorPosition(std::min(place, static_cast<int>(kept.size())));
+    setCursorPosition(static_cast<int>(before.size()));
+    if (kept.size() < entered.size() && ui_) ui_->Message(refusal_, kOkOnly);
 }
 
 }  // namespace quibra

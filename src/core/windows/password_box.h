@@ -1,4 +1,5 @@
-// A line for a password: small letters only. Capitals become small ones; any other key is refused with a message.
+// A line for a password: small letters only. Capitals become small ones; anything else, typed or pasted, is
+// refused with a message.
 #pragma once
 
 #include <QLineEdit>
