@@ -103,6 +103,10 @@ QList<QWidget*> LoadedForms() {
 
 void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic) {
     new FormManner(window, ui, helpTopic);
+    // Some styles put pictures on the buttons of a box, and on no others.
+    for (const QDialogButtonBox* box : window->findChildren<QDialogButtonBox*>())
+        for (QAbstractButton* button : box->buttons())
+            button->setIcon({});
     OrderButtonRow(window);
     GiveButtonsOneWidth(window);
     NameControls(window);

@@ -16,9 +16,11 @@ FrmHelp::FrmHelp(UserInterface& ui, QWidget* parent)
     SetUpForm(this, ui, kHelpContents);
     controls_->splitter->setStretchFactor(0, 1);
     controls_->splitter->setStretchFactor(1, 3);
+    controls_->txtPage->document()->setDocumentMargin(12);
     resize(fontMetrics().averageCharWidth() * 120, fontMetrics().lineSpacing() * 34);
 
     connect(controls_->txtSearch, &QLineEdit::textChanged, this, &FrmHelp::txtSearch_Change);
+    connect(controls_->txtSearch, &QLineEdit::returnPressed, this, &FrmHelp::ShowFirstHit);
     connect(controls_->lstPages, &QListWidget::currentRowChanged, this, &FrmHelp::lstPages_Click);
     connect(controls_->lstPages, &QListWidget::itemClicked, this, &FrmHelp::lstPages_Click);
     connect(controls_->cmdBack, &QPushButton::clicked, this, [this] { GoBack(1); });
@@ -59,6 +61,7 @@ void FrmHelp::ShowPage(const HelpPage& page) {
     const QString help = u"クイブラのヘルプ"_s;
     setWindowTitle(page.topic == kHelpContents ? help : page.title + u" - "_s + help);
     RefreshButtons();
+    RefreshList();
 }
 
 // Without a word the list has all pages, with words those that hold them.
@@ -79,6 +82,13 @@ void FrmHelp::txtSearch_Change() {
         for (const HelpHit& hit : book_.Search(text))
             add(*hit.page, hit.line);
     controls_->lblNone->setVisible(controls_->lstPages->count() == 0);
+    RefreshList();
+}
+
+void FrmHelp::ShowFirstHit() {
+    if (controls_->lstPages->count() == 0) return;
+    controls_->lstPages->setFocus();
+    controls_->lstPages->setCurrentRow(0);
 }
 
 void FrmHelp::lstPages_Click() {
@@ -91,6 +101,15 @@ void FrmHelp::GoBack(int steps) {
     if (place < 0 || place >= static_cast<qint64>(visited_.size())) return;
     place_ = static_cast<size_t>(place);
     ShowPage(*visited_[place_]);
+}
+
+// The list marks the page that is shown, where it has it.
+void FrmHelp::RefreshList() {
+    const QSignalBlocker quiet(controls_->lstPages);
+    int row = visited_.empty() ? -1 : controls_->lstPages->count() - 1;
+    while (row >= 0 && controls_->lstPages->item(row)->data(Qt::UserRole) != visited_[place_]->name)
+        --row;
+    controls_->lstPages->setCurrentRow(row);
 }
 
 void FrmHelp::RefreshButtons() {

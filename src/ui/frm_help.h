@@ -27,6 +27,8 @@ class FrmHelp : public QWidget {
     void txtSearch_Change();
     void lstPages_Click();
     void GoBack(int steps);
+    void ShowFirstHit();
+    void RefreshList();
     void RefreshButtons();
 
     std::unique_ptr<Ui::FrmHelp> controls_;
