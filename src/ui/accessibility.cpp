@@ -47,15 +47,6 @@ bool IsPartOfControl(const QWidget* widget, const QWidget* window) {
     return false;
 }
 
-QList<QWidget*> ControlsOf(const QWidget* window) {
-    QList<QWidget*> controls;
-    for (QWidget* widget : window->findChildren<QWidget*>())
-        if (widget->window() == window->window() && widget->focusPolicy() != Qt::NoFocus && !widget->focusProxy() &&
-            !qobject_cast<QScrollArea*>(widget) && !IsPartOfControl(widget, window))
-            controls += widget;
-    return controls;
-}
-
 class AccessibleIds : public QObject {
   public:
     using QObject::QObject;
@@ -68,6 +59,15 @@ class AccessibleIds : public QObject {
 };
 
 }  // namespace
+
+QList<QWidget*> ControlsOf(const QWidget* window) {
+    QList<QWidget*> controls;
+    for (QWidget* widget : window->findChildren<QWidget*>())
+        if (widget->window() == window->window() && widget->focusPolicy() != Qt::NoFocus && !widget->focusProxy() &&
+            !qobject_cast<QScrollArea*>(widget) && !IsPartOfControl(widget, window))
+            controls += widget;
+    return controls;
+}
 
 void NameControls(QWidget* window) {
     QHash<const QWidget*, QString> buddies;

@@ -11,6 +11,8 @@ namespace quibra {
 // changes the name too.
 void NameControls(QWidget* window);
 
+// What a person can put the focus on: not the parts that Qt makes of one control, nor what hands its focus on.
+QList<QWidget*> ControlsOf(const QWidget* window);
 // The controls that a person can reach and that have no accessible name, by class and objectName. A test fails on any.
 QStringList UnnamedControls(const QWidget* window);
 

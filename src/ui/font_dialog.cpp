@@ -3,10 +3,10 @@
 #include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QFontDialog>
-#include <QGridLayout>
-#include <QLineEdit>
-#include <QPainter>
+#include <QListView>
 #include <QPushButton>
+
+#include "ui/accessibility.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +37,10 @@ bool PickFont(QWidget* parent, QFont& font, QColor& color) {
         chosen = picked;
         ShowColor(button, chosen);
     });
+    // The labels name what they stand for; the last list belongs to the field of the size.
+    NameControls(&dialog);
+    if (const auto lists = dialog.findChildren<QListView*>(); !lists.isEmpty())
+        lists.constLast()->setAccessibleName(u"サイズ"_s);
     if (auto* buttons = dialog.findChild<QDialogButtonBox*>()) buttons->addButton(button, QDialogButtonBox::ActionRole);
     if (dialog.exec() != QDialog::Accepted) return false;
     font = dialog.selectedFont();
