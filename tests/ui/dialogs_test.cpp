@@ -19,6 +19,8 @@
 
 #include "support/qt_printers.h"
 #include "support/windows/when_asked.h"
+#include "ui/form.h"
+#include "ui/percent_picture.h"
 #include "ui/qt_user_interface.h"
 
 using namespace Qt::StringLiterals;
@@ -224,6 +226,106 @@ TEST(QuestionsBox, GivesAnElementForEachQuestionOrLeavesThemAlone) {
     });
     EXPECT_FALSE(ui.QuestionsBox(u"書き出す質問"_s, kQuestions, selected));
     EXPECT_EQ(selected, (QList<bool>{false, true, false, true}));
+}
+
+TEST(ProgressWindow, PaintsEachStretchInTheColourOfItsStartAndWipesBack) {
+    QtUserInterface ui;
+    QWidget other;
+    SetUpForm(&other, ui, 0);
+    other.show();
+    ui.ProgressOpen(
+        {.title = u"読み込み中"_s, .info = u"a.qb"_s, .caption = u"質問など"_s, .show = true, .onFatalStop = {}});
+    QWidget* window = QApplication::activeModalWidget();
+    ASSERT_TRUE(window);
+    EXPECT_EQ(window->windowTitle(), u"読み込み中"_s);
+    EXPECT_EQ(Find<QLabel>(*window, u"lblInfomation"_s).text(), u"a.qb"_s);
+    EXPECT_EQ(Find<QLabel>(*window, u"lblProcessing"_s).text(), u"質問など"_s);
+    EXPECT_FALSE(other.isEnabled());
+
+    const auto& bar = Find<PercentPicture>(*window, u"pctBar"_s);
+    const QRgb black = qRgb(0, 0, 0);
+    const struct {
+        double fraction;
+        QRgb at[4];  // just before and behind 25 % and 50 %
+        int percent;
+    } steps[] = {
+        {0.25, {qRgb(0, 191, 0), black, black, black}, 25},
+        {0.5, {qRgb(0, 191, 0), qRgb(64, 207, 64), qRgb(64, 207, 64), black}, 50},
+        {1.5, {qRgb(0, 191, 0), qRgb(64, 207, 64), qRgb(64, 207, 64), qRgb(128, 223, 128)}, 100},
+        {0.25, {qRgb(0, 191, 0), black, black, black}, 25},
+    };
+    for (const auto& step : steps) {
+        EXPECT_TRUE(ui.Progress(u"回答"_s, step.fraction));
+        EXPECT_EQ(bar.Percent(), step.percent);
+        for (int i = 0; const int place : {24, 25, 49, 50})
+            EXPECT_EQ(bar.ColorAt(place), step.at[i++]) << step.fraction << ' ' << place;
+    }
+    EXPECT_EQ(Find<QLabel>(*window, u"lblProcessing"_s).text(), u"回答"_s);
+    ui.ProgressClose();
+    EXPECT_TRUE(other.isEnabled());
+    EXPECT_FALSE(window->isVisible());
+}
+
+TEST(ProgressWindow, StopAsksInTheWordsOfTheWorkAndCancelGoesOn) {
+    const struct {
+        bool fatal;
+        bool save;
+        QStringList told;
+        int broken;
+    } cases[] = {
+        {true, false, {u"中止するとクイブラ内部のアンケートデータが壊れて保存出来なくなります。"_s}, 1},
+        {true,
+         true,
+         {u"中止すると保存先のファイルが中途半端で読み込めなくなります。"_s,
+          u"保存先のファイルが読み込めなくなりました。クイブラ終了前に必ず改めて保存し直してください。"_s},
+         0},
+        {false, true, {u"中止しますか？"_s}, 0},
+    };
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(qPrintable(expected.told[0]));
+        QtUserInterface ui;
+        int broken = 0;
+        ui.ProgressOpen({.title = u"処理中"_s,
+                         .info = {},
+                         .caption = {},
+                         .fatal = expected.fatal,
+                         .save = expected.save,
+                         .onFatalStop = [&broken] { ++broken; }});
+        QWidget* window = QApplication::activeModalWidget();
+        ASSERT_TRUE(window && QTest::qWaitForWindowActive(window));
+        QStringList told;
+        const auto note = [&told](QWidget& box) { told += dynamic_cast<QMessageBox&>(box).text(); };
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+            WhenAsked(
+                [&](QWidget& box) {
+                    note(box);
+                    Key(box, key);
+                },
+                "QMessageBox");
+            Key(*window, key);
+            EXPECT_TRUE(ui.Progress({}, 0.5));
+        }
+        EXPECT_EQ(told, QStringList(2, expected.told[0]));
+        told.clear();
+        WhenAsked(
+            [&](QWidget& box) {
+                note(box);
+                Key(box, Qt::Key_Tab);
+                Key(box, Qt::Key_Return);
+                if (expected.told.size() < 2) return;
+                WhenAsked(
+                    [&](QWidget& second) {
+                        note(second);
+                        Key(second, Qt::Key_Return);
+                    },
+                    "QMessageBox");
+            },
+            "QMessageBox");
+        Key(*window, Qt::Key_Space);
+        EXPECT_FALSE(ui.Progress({}, 0.6));
+        EXPECT_EQ(told, expected.told);
+        EXPECT_EQ(broken, expected.broken);
+    }
 }
 
 TEST(DirBox, ListsFollowEachOther) {

@@ -72,6 +72,9 @@ TEST(HelpViewer, ShowsTopicsSearchesAndGoesBack) {
     EXPECT_TRUE(window->findChild<QWidget*>(u"lblNone"_s)->isVisible());
     viewer.ShowTopic(9999);
     EXPECT_EQ(window->windowTitle(), u"クイブラのヘルプ"_s);
+    for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Return})
+        QTest::keyClick(window->focusWidget(), key);
+    EXPECT_EQ(window->windowTitle(), u"はじめの一歩 - クイブラのヘルプ"_s) << "the first link of the contents";
     QTest::keyClick(window->focusWidget(), Qt::Key_Escape);
     EXPECT_FALSE(window->isVisible());
 }

@@ -1,13 +1,18 @@
-// quibra_screens NAME [--dark]: shows one of the shared dialogs by itself, filled with what it holds in use, until it
-// is closed; without a name it lists them. scripts/screens.py takes the pictures of the manual with it.
+// quibra_screens NAME [FILE] [--dark]: shows one of the shared dialogs by itself, filled with what it holds in use,
+// until it is closed; FILE is the survey whose loading "progress" shows. Without a name it lists them.
+// scripts/screens.py takes the pictures of the manual with it.
 #include <QApplication>
+#include <QDir>
 #include <QPalette>
 #include <QThread>
 #include <cstdio>
 #include <functional>
 #include <map>
 
+#include "core/survey_file.h"
+#include "core/survey_session.h"
 #include "ui/accessibility.h"
+#include "ui/font_dialog.h"
 #include "ui/qt_user_interface.h"
 #include "ui/theme.h"
 
@@ -24,12 +29,23 @@ QStringList Questions() {
     return questions;
 }
 
-void RunProgress(QtUserInterface& ui) {
-    ui.ProgressOpen(
-        {u"アンケートの読み込み"_s, u"residents.qb を読み込んでいます。"_s, u"準備中"_s, true, true, true, {}});
-    for (int done = 0; ui.Progress(u"%1 / 2000 サンプル"_s.arg(done), done / 2000.0); done += done < 1300 ? 50 : 0)
-        QThread::msleep(10);
-    ui.ProgressClose();
+// Long work stands still at two thirds, until it is stopped.
+class HeldInterface : public QtUserInterface {
+  public:
+    bool Progress(const QString& text, double fraction) override {
+        while (QtUserInterface::Progress(text, fraction)) {
+            if (fraction < 0.66) return true;
+            QThread::msleep(10);
+        }
+        return false;
+    }
+};
+
+void LoadHalfway(QtUserInterface&) {
+    HeldInterface ui;
+    SurveySession session(ui, QDir::currentPath());
+    QString path = QDir::current().filePath(QApplication::arguments().value(2));
+    SurveyLoad(session, path, kExpectSurvey);
 }
 
 const std::map<QString, std::function<void(QtUserInterface&)>> kScreens = {
@@ -60,7 +76,13 @@ const std::map<QString, std::function<void(QtUserInterface&)>> kScreens = {
      [](QtUserInterface& ui) {
          ui.FileBox(u"residents.qb"_s, u"クイブラデータ(*.qb)|*.qb|全てのファイル(*.*)|*.*|"_s, true);
      }},
-    {u"progress"_s, RunProgress},
+    {u"font"_s,
+     [](QtUserInterface&) {
+         QFont font = QApplication::font();
+         QColor color = Qt::black;
+         PickFont(nullptr, font, color);
+     }},
+    {u"progress"_s, LoadHalfway},
 };
 
 // The colours of a desktop that is set to dark, for pictures where none is.

@@ -13,12 +13,12 @@
 
 namespace quibra {
 
-// Runs `act` on the next modal window, once that is shown and takes keys.
-inline void WhenAsked(std::function<void(QWidget&)> act) {
+// Runs `act` on the next modal window of that class, once it is shown and takes keys.
+inline void WhenAsked(std::function<void(QWidget&)> act, const char* className = "QWidget") {
     auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act)] {
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, className, act = std::move(act)] {
         QWidget* window = QApplication::activeModalWidget();
-        if (!window || !window->isVisible() || !window->isActiveWindow()) return;
+        if (!window || !window->inherits(className) || !window->isVisible() || !window->isActiveWindow()) return;
         timer->deleteLater();
         timer->stop();
         // A window that stayed open would hang the test.
