@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "ui/accessibility.h"
+#include "ui/form.h"
 
 using namespace Qt::StringLiterals;
 
@@ -41,7 +42,8 @@ bool PickFont(QWidget* parent, QFont& font, QColor& color) {
     NameControls(&dialog);
     if (const auto lists = dialog.findChildren<QListView*>(); !lists.isEmpty())
         lists.constLast()->setAccessibleName(u"サイズ"_s);
-    if (auto* buttons = dialog.findChild<QDialogButtonBox*>()) buttons->addButton(button, QDialogButtonBox::ActionRole);
+    TakeIconsOffButtons(&dialog);
+    if (auto* buttons = dialog.findChild<QDialogButtonBox*>()) buttons->addButton(button, QDialogButtonBox::ResetRole);
     if (dialog.exec() != QDialog::Accepted) return false;
     font = dialog.selectedFont();
     color = chosen;

@@ -103,13 +103,16 @@ QList<QWidget*> LoadedForms() {
 
 void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic) {
     new FormManner(window, ui, helpTopic);
-    // Some styles put pictures on the buttons of a box, and on no others.
-    for (const QDialogButtonBox* box : window->findChildren<QDialogButtonBox*>())
-        for (QAbstractButton* button : box->buttons())
-            button->setIcon({});
+    TakeIconsOffButtons(window);
     OrderButtonRow(window);
     GiveButtonsOneWidth(window);
     NameControls(window);
+}
+
+void TakeIconsOffButtons(const QWidget* window) {
+    for (const QDialogButtonBox* box : window->findChildren<QDialogButtonBox*>())
+        for (QAbstractButton* button : box->buttons())
+            button->setIcon({});
 }
 
 QList<QWidget*> OpenForms() {

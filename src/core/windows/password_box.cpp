@@ -18,6 +18,10 @@ void PasswordBox::SetRefusal(UserInterface& ui, const QString& message) {
     refusal_ = message;
 }
 
+QSize PasswordBox::sizeHint() const {
+    return {fontMetrics().averageCharWidth() * (kMaxPasswordLength + 2), QLineEdit::sizeHint().height()};
+}
+
 // Enter is swallowed here, so that it starts what the box is for and never a default button.
 void PasswordBox::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {

@@ -16,6 +16,9 @@ class PasswordBox : public QLineEdit {
     // Who is told of a wrong key, and in which words. `ui` must outlive the box.
     void SetRefusal(UserInterface& ui, const QString& message);
 
+    // Room for the longest password.
+    QSize sizeHint() const override;
+
   Q_SIGNALS:
     void EnterPressed();
 
