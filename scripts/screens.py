@@ -22,7 +22,7 @@ NEEDED = {"Xvfb": "xvfb", "jwm": "jwm", "xdotool": "xdotool", "import": "imagema
 
 # Each window's name, the program that shows it with its arguments, and the keys (as xdotool names them) that lead there.
 # A list of keys is sent to whatever window is then active. A name that begins with "menu" is a picture of all
-# the program's windows, since a popup menu is not the active one.
+# windows with their frames, since a popup menu is not the active one.
 SURVEY = "アンケート/residents.qb"
 SCREENS = [
     ("main", ["quibra", SURVEY], []),
@@ -32,14 +32,22 @@ SCREENS = [
     ("menu-others", ["quibra", SURVEY], ["alt+o"]),
     ("about", ["quibra"], ["alt+o", "a"]),
     ("lock", ["quibra", SURVEY], ["alt+o", "p"]),
+    ("lock-open", ["quibra", SURVEY], ["alt+o", "p", "Return"]),
+    ("lock-again", ["quibra", SURVEY], ["alt+o", "p", "Return", "Tab", "Tab", "q", "Return", "Return"]),
     ("condition-editor", ["quibra", SURVEY], ["alt+q", "l"]),
     ("total-setup", ["quibra", SURVEY], ["alt+q", "a"]),
     ("result", ["quibra", SURVEY], ["alt+q", "a", "alt+x", "alt+n"]),
     ("help", ["quibra", SURVEY], ["F1"]),
+    ("help-search", ["quibra", SURVEY], ["F1", "ctrl+f", *"HTML", "Return"]),
+    ("dialog-progress", ["quibra_screens", "progress", SURVEY], []),
+    ("dialog-stop", ["quibra_screens", "progress", SURVEY], ["Return"]),
     *((f"dialog-{name}", ["quibra_screens", name], [])
-      for name in ("message", "ask", "input", "question", "questions", "folder", "file", "progress")),
+      for name in ("message", "ask", "input", "question", "questions", "folder", "file", "font")),
 ]
 
+
+PEOPLE = ("aoi", "akira", "chika", "daiki", "emi", "fumi", "genta", "hana", "hanako",
+          "haruto", "ichiro", "jun", "kana", "ken", "mai", "nao", "rei")
 
 # Where programs look for the colours of a desktop that is set to dark.
 DARK_COLOURS = """
@@ -94,8 +102,11 @@ def display(size):
         with os.fdopen(reading) as numbers:
             number = numbers.readline().strip()
         env = os.environ | {"DISPLAY": f":{number}", "QT_QPA_PLATFORM": "xcb"}
-        with running(["jwm"], env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL):
-            yield env
+        with tempfile.NamedTemporaryFile("w", suffix=".jwmrc") as plain:
+            plain.write("<JWM></JWM>")  # nothing on the ground but windows
+            plain.flush()
+            with running(["jwm", "-f", plain.name], env=env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL):
+                yield env
 
 
 def output(command, env):
@@ -104,20 +115,10 @@ def output(command, env):
 
 def active_window(process, env):
     """The number of the active window, when it is one of the process."""
+    if process.poll() is not None:
+        raise ChildProcessError("the program has ended")
     window = output(["xdotool", "getactivewindow"], env)
     return window if window and output(["xdotool", "getwindowpid", window], env) == str(process.pid) else None
-
-
-def area_of_windows(process, env):
-    """What all windows of the process cover together, as ImageMagick's -crop takes it."""
-    edges = []
-    for window in output(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid)], env).split():
-        shell = output(["xdotool", "getwindowgeometry", "--shell", window], env)
-        place = {key: int(value) for key, value in (line.split("=") for line in shell.splitlines())}
-        edges.append((place["X"], place["Y"], place["X"] + place["WIDTH"], place["Y"] + place["HEIGHT"]))
-    left, top = min(edge[0] for edge in edges), min(edge[1] for edge in edges)
-    right, bottom = max(edge[2] for edge in edges), max(edge[3] for edge in edges)
-    return f"{right - left}x{bottom - top}+{left}+{top}"
 
 
 def settled_picture(window, env, path):
@@ -137,10 +138,13 @@ def settled_picture(window, env, path):
 
 def take(screen, build, path, env, dark):
     name, command, keys = screen
-    with tempfile.TemporaryDirectory(prefix="quibra-screens-") as home:
-        # Nobody's settings and files are in the pictures.
+    with tempfile.TemporaryDirectory(prefix="quibra-") as place:
+        # Nobody's settings and files are in the pictures: a tree of folders shows the home among these.
+        for person in PEOPLE:
+            (pathlib.Path(place) / "home" / person).mkdir(parents=True)
+        home = f"{place}/home/hanako"
         program_env = env | {"HOME": home, "XDG_CONFIG_HOME": f"{home}/.config", "XDG_DATA_HOME": f"{home}/.local/share",
-                             "XDG_RUNTIME_DIR": home}
+                             "XDG_RUNTIME_DIR": place}
         for folder in ("アンケート/2023年度", "アンケート/2024年度", "集計結果", "書類"):
             (pathlib.Path(home) / folder).mkdir(parents=True)
         shutil.copy(ROOT / "data/samples/residents.qb", pathlib.Path(home) / "アンケート")
@@ -160,7 +164,7 @@ def take(screen, build, path, env, dark):
             time.sleep(0.5)
             if name.startswith("menu"):
                 settled_picture("root", env, path)
-                subprocess.run(["mogrify", "-crop", area_of_windows(process, env), "+repage", str(path)], check=True)
+                subprocess.run(["mogrify", "-trim", "+repage", str(path)], check=True)
             else:
                 settled_picture(active_window(process, env) or window, env, path)
 
