@@ -62,12 +62,12 @@ QMap<QString, QStringList> Mnemonics(const QWidget* window) {
         if (const auto* label = qobject_cast<const QLabel*>(widget); label && label->buddy()) add(label, label->text());
         if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) add(button, button->text());
         if (const auto* group = qobject_cast<const QGroupBox*>(widget)) add(group, group->title());
-        if (const auto* bar = qobject_cast<const QTabBar*>(widget))
-            for (int tab = 0; tab < bar->count(); ++tab)
-                add(bar, bar->tabText(tab));
-        if (const auto* bar = qobject_cast<const QMenuBar*>(widget))
-            for (const QAction* menu : bar->actions())
-                add(bar, menu->text());
+        const auto* tabs = qobject_cast<const QTabBar*>(widget);
+        for (int tab = 0; tabs && tab < tabs->count(); ++tab)
+            add(tabs, tabs->tabText(tab));
+        if (qobject_cast<const QMenuBar*>(widget))
+            for (const QAction* menu : widget->actions())
+                add(widget, menu->text());
     }
     return mnemonics;
 }
@@ -120,7 +120,7 @@ class EveryWindow : public testing::TestWithParam<int> {
     }
     void TearDown() override { QApplication::setFont(usual); }
 
-    static void Check(QWidget* window) {
+    static void CheckLooks(QWidget* window) {
         EXPECT_EQ(UnnamedControls(window), QStringList());
         for (const QStringList& sharing : Mnemonics(window))
             EXPECT_TRUE(sharing.size() == 1 || kShared.contains(sharing)) << qPrintable(sharing.join(u" = "));
@@ -140,45 +140,44 @@ class EveryWindow : public testing::TestWithParam<int> {
                 faults += Called(control) + u" is not reached by Tab"_s;
         EXPECT_EQ(faults, QStringList());
     }
-    void Check(const char* name, QWidget& window) {
-        SCOPED_TRACE(name);
+    void Check(QWidget& window) {
+        SCOPED_TRACE(qPrintable(window.objectName()));
         window.show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
-        Check(&window);
+        CheckLooks(&window);
         user.TakeTranscript();
         QTest::keyClick(window.focusWidget() ? window.focusWidget() : &window, Qt::Key_F1);
         const QStringList help = user.TakeTranscript();
         ASSERT_EQ(help.size(), 1);
-        const int topic = help[0].section(u' ', 1).toInt();
-        EXPECT_EQ(help[0], u"help %1"_s.arg(HelpBook().PageOf(topic).topic));
+        EXPECT_EQ(help[0], u"help %1"_s.arg(HelpBook().PageOf(help[0].section(u' ', 1).toInt()).topic));
     }
     // Made for the check alone.
     template <typename Window, typename... Arguments>
-    void CheckNew(const char* name, Arguments&&... arguments) {
+    void CheckNew(Arguments&&... arguments) {
         Window window(std::forward<Arguments>(arguments)...);
-        Check(name, window);
+        Check(window);
     }
 };
 
 TEST_P(EveryWindow, ThatAsksServesEveryone) {
     const QStringList questions{u"Q1. 性別"_s, u"Q2. お住まいの町にどのくらい満足していますか"_s};
-    CheckNew<FrmAsk>("frmAsk", user, u"形式はどうしますか。"_s, u"クイブラ形式\r\nｺﾝﾏ区切り"_s, u"クイブラ形式(&Q)"_s,
+    CheckNew<FrmAsk>(user, u"形式はどうしますか。"_s, u"クイブラ形式\r\nｺﾝﾏ区切り"_s, u"クイブラ形式(&Q)"_s,
                      u"ｺﾝﾏ区切り(&C)"_s, nullptr);
-    CheckNew<FrmInput>("frmInput", user, u"保存の間隔"_s, u"時間の間隔を入力してください"_s, u"間隔"_s, u"単位：分"_s,
-                       u"30"_s, nullptr);
+    CheckNew<FrmInput>(user, u"保存の間隔"_s, u"時間の間隔を入力してください"_s, u"間隔"_s, u"単位：分"_s, u"30"_s,
+                       nullptr);
     for (const auto pick : {FrmQBox::Pick::One, FrmQBox::Pick::Several})
-        CheckNew<FrmQBox>("frmQBox", user, pick, u"質問を選んでください"_s, questions, nullptr);
-    CheckNew<FrmDirBox>("frmDirBox", user, folder.path(), nullptr);
-    CheckNew<FrmOther>("frmOther", user, nullptr);
-    CheckNew<FrmTitle>("frmTitle", user, TitleUse::About);
+        CheckNew<FrmQBox>(user, pick, u"質問を選んでください"_s, questions, nullptr);
+    CheckNew<FrmDirBox>(user, folder.path(), nullptr);
+    CheckNew<FrmOther>(user, nullptr);
+    CheckNew<FrmTitle>(user, TitleUse::About);
     FrmProcessing processing(user, [] { return false; });
     processing.Open({.title = u"読み込み中"_s, .info = folder.path(), .caption = u"質問など"_s, .onFatalStop = {}});
-    Check("frmProcessing", processing);
+    Check(processing);
     FrmHelp help(user, nullptr);
     help.ShowTopic(kHelpContents);
-    Check("frmHelp", help);
+    Check(help);
     WhenAsked([](QWidget& dialog) {
-        Check(&dialog);
+        CheckLooks(&dialog);
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     QFont font;
@@ -187,20 +186,20 @@ TEST_P(EveryWindow, ThatAsksServesEveryone) {
 }
 
 TEST_P(EveryWindow, OverASurveyServesEveryone) {
-    CheckNew<FrmMain>("frmMain", session);
-    CheckNew<FrmKey>("frmKey, unlocked", session, nullptr);
+    CheckNew<FrmMain>(session);
+    CheckNew<FrmKey>(session, nullptr);
     session.Lock();
-    CheckNew<FrmKey>("frmKey, locked", session, nullptr);
+    CheckNew<FrmKey>(session, nullptr);
     session.Unlock();
-    CheckNew<FrmLimit>("frmLimit", session);
-    CheckNew<FrmLimit>("frmLimit, picking", session, LimitList(), qint16{0});
+    CheckNew<FrmLimit>(session);
+    CheckNew<FrmLimit>(session, LimitList(), qint16{0});
     for (const int kind : {1, 2}) {
         FrmTotal total(session, session.settings, results);
         total.SetWindow(kind);
-        Check("frmTotal", total);
+        Check(total);
         total.DoTotal(kind);
         ASSERT_EQ(results.All().size(), kind);
-        Check("frmGridBase", *results.All().back());
+        Check(*results.All().back());
     }
 }
 

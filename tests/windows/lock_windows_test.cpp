@@ -20,13 +20,16 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 namespace {
 
-const QString kSecondTime = u"message 0 クイブラ: もう一度新しいパスワードを入力してください -> Ok"_s;
-const QString kDiffers = u"message 0 クイブラ: 間違っています。パスワードを元に戻します。 -> Ok"_s;
-const QString kChanged = u"message 0 クイブラ: 合っています。パスワードを変更しました。 -> Ok"_s;
-const QString kTooLong =
-    u"message 0 クイブラ: パスワードの字数が多すぎます（半角英文字32字以内でなければいけません） -> Ok"_s;
-const QString kWrongWord = u"message 0 クイブラ: パスワードが間違っています -> Ok"_s;
-const QString kNotVerified = u"message 0 クイブラ: パスワードが正しくありません -> Ok"_s;
+QString Told(const QString& text) {
+    return u"message 0 クイブラ: "_s + text + u" -> Ok"_s;
+}
+
+const QString kSecondTime = Told(u"もう一度新しいパスワードを入力してください"_s);
+const QString kDiffers = Told(u"間違っています。パスワードを元に戻します。"_s);
+const QString kChanged = Told(u"合っています。パスワードを変更しました。"_s);
+const QString kTooLong = Told(u"パスワードの字数が多すぎます（半角英文字32字以内でなければいけません）"_s);
+const QString kWrongWord = Told(u"パスワードが間違っています"_s);
+const QString kNotVerified = Told(u"パスワードが正しくありません"_s);
 
 // A control as a person finds it.
 template <typename T>
@@ -72,10 +75,9 @@ class LockWindows : public testing::Test {
 
     // What all boxes for passwords make of what is typed, pasted and composed.
     void ExpectLettersOnly(QLineEdit* box, const QString& refusal) {
-        const QString told = u"message 0 クイブラ: "_s + refusal + u" -> Ok"_s;
         const auto expect = [&](const QString& text, qsizetype refused) {
             EXPECT_EQ(box->text(), text);
-            EXPECT_EQ(user.TakeTranscript(), QStringList(refused, told));
+            EXPECT_EQ(user.TakeTranscript(), QStringList(refused, Told(refusal)));
         };
         user.TakeTranscript();
         QTest::keyClicks(box, u"aBZ"_s);
@@ -121,12 +123,13 @@ TEST_F(LockWindows, LevelsTurnOffWhatTheyForbidOnceLocked) {
         Open(false, u"abc"_s, (expected.level + 1) % 3);
         EXPECT_EQ(Frames(), u"LockF ChangeF"_s);
         EXPECT_EQ(Focused(), u"LV_%1"_s.arg((expected.level + 1) % 3));
+        EXPECT_TRUE(Usable<QPushButton>(*window, u"Lock"_s)->isDefault());
         auto* level = Usable<QRadioButton>(*window, u"LV_%1"_s.arg(expected.level));
         QTest::mouseClick(level, Qt::LeftButton, {}, QPoint(8, level->height() / 2));
         EXPECT_EQ(session.survey.LockLevel, expected.level);
         EXPECT_TRUE(session.IsChanged());
         EXPECT_TRUE(window->isVisible());
-        Click(u"Lock"_s);
+        QTest::keyClick(window->focusWidget(), Qt::Key_Return);
         EXPECT_EQ(Frames(), u"UnlockF"_s);
         EXPECT_EQ(Focused(), u"Word"_s);
         EXPECT_EQ(session.menu.mnuFileSave, expected.changing);
@@ -185,6 +188,7 @@ TEST_F(LockWindows, ANewPasswordIsEnteredTwice) {
                 QTest::keyClick(other.focusWidget(), expected.again ? Qt::Key_Return : Qt::Key_Escape);
             });
             Type(u"NewWord"_s, expected.word, byEnter);
+            EXPECT_TRUE(Usable<QPushButton>(*window, u"ChangeKey"_s)->isDefault());
             if (!byEnter) Click(u"ChangeKey"_s);
             EXPECT_EQ(session.survey.Password, expected.password);
             EXPECT_EQ(session.IsChanged(), expected.told.contains(kChanged));

@@ -1,5 +1,6 @@
 #include "core/windows/frm_key.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 
 #include "core/help_topics.h"
@@ -29,6 +30,7 @@ FrmKey::FrmKey(SurveySession& session, QWidget* parent)
     connect(controls_->NewWord, &PasswordBox::EnterPressed, this, &FrmKey::ChangeKey_Click);
     connect(controls_->ChangeKey, &QPushButton::clicked, this, &FrmKey::ChangeKey_Click);
     connect(controls_->Close, &QPushButton::clicked, this, &QDialog::close);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { RefreshDefault(now); });
     connect(&session_, &SurveySession::StateChanged, this, &FrmKey::RefreshLook);
     RefreshLook();
     FocusFirst();
@@ -67,12 +69,21 @@ void FrmKey::FocusFirst() {
         level->setFocus();
 }
 
+// The button that stands out is the one that Enter presses.
+void FrmKey::RefreshDefault(const QWidget* focus) {
+    if (focus == controls_->Word)
+        controls_->Unlock->setDefault(true);
+    else if (focus == controls_->NewWord)
+        controls_->ChangeKey->setDefault(true);
+    else if (qobject_cast<const QRadioButton*>(focus))
+        controls_->Lock->setDefault(true);
+}
+
 void FrmKey::RefreshLook() {
     const bool unlocked = session_.menu.unlocked;
     controls_->LockF->setVisible(unlocked);
     controls_->ChangeF->setVisible(unlocked);
     controls_->UnlockF->setVisible(!unlocked);
-    (unlocked ? controls_->Lock : controls_->Unlock)->setDefault(true);
     if (QAbstractButton* level = levels_->button(session_.survey.LockLevel)) level->setChecked(true);
     adjustSize();
 }

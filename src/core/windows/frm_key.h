@@ -26,6 +26,7 @@ class FrmKey : public QDialog {
     void Unlock_Click();
     void ChangeKey_Click();
     void FocusFirst();
+    void RefreshDefault(const QWidget* focus);
     void RefreshLook();
 
     SurveySession& session_;
