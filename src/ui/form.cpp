@@ -69,6 +69,8 @@ class FormManner : public QObject {
             ui_.HelpContext(helpTopic_);
             return true;
         }
+        // Styles hide the frame of the focus until the first Tab; where the keys go is to be seen from the start.
+        if (event->type() == QEvent::Show) window->setAttribute(Qt::WA_KeyboardFocusChange);
         // Captions may be set between the making and the showing.
         if (event->type() == QEvent::Show && !event->spontaneous()) NameControls(window);
         if (event->type() == QEvent::Show || event->type() == QEvent::FontChange ||
