@@ -3,12 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QStringList>
 #include <QTemporaryDir>
-#include <ostream>
+
+#include "support/qt_printers.h"
 
 namespace quibra {
 
@@ -18,27 +16,23 @@ struct CliRun {
     QByteArray out;
     QString err;
 };
-CliRun RunProgram(const QString& program, const QStringList& arguments, const QString& folder);
-// The same through the shell, for redirections: "$CLI" is the program.
-CliRun RunShell(const QString& command, const QString& folder);
+
+QString SourcePath(const QString& name);
 
 class CliTest : public testing::Test {
   protected:
+    // In the folder, with the built programs first in PATH, the project in SOURCE, the interpreter of scripts in
+    // PYTHON.
+    CliRun RunProgram(const QString& program, const QStringList& arguments) const;
     CliRun Cli(const QStringList& arguments) const;
-    // The run must end with `status`; a run that fails says why in `err`, one that is done says nothing there.
+    // What quibra-cli prints; it must have nothing to complain of.
     QByteArray Done(const QStringList& arguments) const;
-    QString Refused(const QStringList& arguments, int status = 1) const;
-
-    // A path in the test's folder; a copy of a file of tests/data or of the sample survey there.
-    QString Path(const QString& name) const { return folder_.filePath(name); }
-    QString Copy(const QString& name) const;
-    static QString SamplePath(const QString& name);
+    // The same as rows of cells.
+    QList<QStringList> Cells(const QStringList& arguments) const;
+    QJsonObject Json(const QStringList& arguments) const;
+    void Copy(const QString& path) const;  // into the folder
 
     QTemporaryDir folder_;
 };
-
-QJsonObject JsonOf(const QByteArray& text);
-// Rows of cells, parted by line feeds and tabs.
-QList<QStringList> Cells(const QByteArray& text);
 
 }  // namespace quibra
