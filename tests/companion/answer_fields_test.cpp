@@ -6,74 +6,44 @@ using namespace quibra;
 
 extern "C" const char* CheckCompanionFromC(void);
 
-namespace {
-
-constexpr int kQuestion = 1;
-
-// One question of `anum` answers at bit `start` among words full of other questions' bits.
-struct Place {
-    std::vector<AnswerLayoutRec> layout{2};
-    std::vector<int16_t> bits;
-
-    Place(int start, int width, int anum, int16_t filling) : bits((start + anum * width + 15) / 16, filling) {
-        layout[kQuestion] = {static_cast<int16_t>(anum), static_cast<int16_t>(start), static_cast<int16_t>(width), 0};
-    }
-};
-
-}  // namespace
-
-TEST(AnswerFields, EveryOffsetAndWidthPacksAsBitByBit) {
-    std::mt19937 random(8);
-    for (int width = 1; width <= 8; ++width) {
-        for (int start = 0; start < 48; ++start) {
-            for (const int16_t filling : {int16_t{0}, int16_t{-1}}) {
-                const int16_t anum = 5;
-                Place place(start, width, anum, filling);
-                std::vector<int16_t> expected = place.bits;
-                const int16_t count = static_cast<int16_t>(random() % (anum + 1));
-                std::vector<int16_t> Ano(anum);
-                for (int i = 0; i < anum; ++i) {
-                    Ano[i] = static_cast<int16_t>(1 + random() % ((1u << width) - 1));
-                    SetPlainField(expected, start + i * width, width, i < count ? Ano[i] : 0);
-                }
-                maAno_pushC(place.layout.data(), kQuestion, place.bits.data(), &count, Ano.data());
-                ASSERT_EQ(place.bits, expected) << "width " << width << " start " << start << " count " << count;
-
-                int16_t popCount = -1;
-                std::vector<int16_t> popped(anum, -1);
-                maAno_popC(place.layout.data(), kQuestion | 0x50000, place.bits.data(), &popCount, popped.data());
-                ASSERT_EQ(popCount, count);
-                for (int i = 0; i < anum; ++i)
-                    ASSERT_EQ(popped[i], i < count ? Ano[i] : i == 0 ? 0 : -1) << i;
-            }
-        }
-    }
-}
-
-TEST(AnswerFields, AllQuestionsAtOnceAreTheSameAsOneByOne) {
+// Every offset and width, among words full of other questions' bits, against packing bit by bit.
+TEST(AnswerFields, PackAndUnpackAsBitByBit) {
     std::mt19937 random(16);
-    for (int round = 0; round < 3000; ++round) {
-        const PlainSample sample = RandomSample(random);
-        const int32_t questions = 8;
-        std::vector<int16_t> counts(questions, -1);
-        std::vector<int16_t> all(60, -1);
-        maAno_pop_verstC(questions | 0x70000, sample.layout.data(), sample.bits.data(), counts.data(), all.data());
-        std::vector<int16_t> flat;
-        std::vector<int16_t> packed(sample.bits.size(), 0x5A5A);
-        std::vector<int16_t> expected = packed;
-        for (int q = 0; q < questions; ++q) {
+    for (int round = 0; round < 8 * 48 * 4; ++round) {
+        PlainSample sample = RandomSample(random);
+        const int16_t width = static_cast<int16_t>(1 + round % 8);
+        const int start = static_cast<int>(sample.bits.size()) * 16 + round / 8 % 48;
+        sample.Add(7, start, width, 5, random);
+        std::vector<int16_t> counts(8, -1), all(60, -1), flat;
+        maAno_pop_verstC(8 | 0x70000, sample.layout.data(), sample.bits.data(), counts.data(), all.data());
+        std::vector<int16_t> filled(sample.bits.size(), round % 2 ? 0 : -1);
+        std::vector<int16_t> expected = filled, one = filled;
+        for (int q = 0; q < 8; ++q) {
             const std::vector<int>& answers = sample.answers[q];
-            ASSERT_EQ(counts[q], answers.size()) << q;
-            flat.insert(flat.end(), answers.begin(), answers.end());
             const AnswerLayoutRec& layout = sample.layout[q];
+            const int16_t count = static_cast<int16_t>(answers.size());
+            ASSERT_EQ(counts[q], count) << q;
+            int16_t popCount = -1;
+            std::vector<int16_t> popped(6, -1), given(answers.begin(), answers.end());
+            flat.insert(flat.end(), given.begin(), given.end());
+            maAno_popC(sample.layout.data(), q | 0x50000, sample.bits.data(), &popCount, popped.data());
+            ASSERT_EQ(popCount, count);
+            // What lies behind the answers stays, but for the first entry.
+            given.resize(6, -1);
+            if (count == 0) given[0] = 0;
+            ASSERT_EQ(popped, given) << q;
+            given.assign(6, 1);
+            std::copy(answers.begin(), answers.end(), given.begin());
+            maAno_pushC(sample.layout.data(), q, one.data(), &count, given.data());
             for (int i = 0; i < layout.Anum; ++i)
                 SetPlainField(expected, layout.BitStart + i * layout.BitWidth, layout.BitWidth,
-                              i < counts[q] ? answers[i] : 0);
+                              i < count ? answers[i] : 0);
+            ASSERT_EQ(one, expected) << "width " << layout.BitWidth << " start " << layout.BitStart;
         }
         all.resize(flat.size());
         ASSERT_EQ(all, flat);
-        maAno_push_verstC(questions, sample.layout.data(), packed.data(), counts.data(), all.data());
-        ASSERT_EQ(packed, expected);
+        maAno_push_verstC(8, sample.layout.data(), filled.data(), counts.data(), all.data());
+        ASSERT_EQ(filled, expected);
     }
 }
 
