@@ -34,20 +34,21 @@ TEST(BlockCondition, AgreesWithEachSampleTestedAlone) {
 }
 
 TEST(BlockCondition, ColumnsThatReachBackDoNotStandAlone) {
-    const auto standsAlone = [](std::initializer_list<int> kinds) {
-        std::array<LimitLine, 16> column{};
-        size_t line = 1;
-        for (const int kind : kinds)
-            column[line++].a = static_cast<qint16>(kind + 16);
-        return StandsAlone(column);
+    const std::pair<std::vector<int>, bool> cases[] = {
+        {{}, true},
+        {{kLimitAnd, kLimitOr}, true},
+        {{kLimitNot, kLimitTo}, true},
+        {{kLimitNone, kLimitTo, kLimitAnd, kLimitOr}, true},
+        {{kLimitOr, kLimitAnd}, false},
+        {{kLimitTo, kLimitAnd}, false},
+        {{kLimitNone, kLimitOr}, false},
     };
-    EXPECT_TRUE(standsAlone({}));
-    EXPECT_TRUE(standsAlone({kLimitAnd, kLimitOr}));
-    EXPECT_TRUE(standsAlone({kLimitNot, kLimitTo}));
-    EXPECT_TRUE(standsAlone({kLimitNone, kLimitTo, kLimitAnd, kLimitOr}));
-    EXPECT_FALSE(standsAlone({kLimitOr, kLimitAnd}));
-    EXPECT_FALSE(standsAlone({kLimitTo, kLimitAnd}));
-    EXPECT_FALSE(standsAlone({kLimitNone, kLimitOr}));
+    for (const auto& [kinds, standsAlone] : cases) {
+        std::array<LimitLine, 16> column{};
+        for (size_t i = 0; i < kinds.size(); ++i)
+            column[i + 1].a = static_cast<qint16>(kinds[i] + 16);
+        EXPECT_EQ(StandsAlone(column), standsAlone) << testing::PrintToString(kinds);
+    }
 }
 
 }  // namespace

@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "conditions/limit_lists.h"
-#include "core/answer_store.h"
-#include "core/labels.h"
-#include "support/scripted_interface.h"
+#include "support/qt_printers.h"
+#include "support/survey_builder.h"
 
 using namespace quibra;
 using namespace Qt::StringLiterals;
@@ -13,62 +12,43 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Three questions: choices 0 to 3 with one answer, 0 to 12 with three answers, 0 to 5 with two.
-Survey ThreeQuestions() {
-    Survey survey;
-    NewSurveyHead(survey, QString());
-    NewSurveyBody(survey);
-    survey.QuestionCount = 3;
-    const std::array<std::pair<qint16, qint16>, 3> sizes{{{4, 1}, {13, 3}, {6, 2}}};
-    for (int q = 0; q < 3; ++q) {
-        survey.Questions[q].SetText(u"質問文なし\r\r\r"_s);
-        survey.Questions[q].ChoiceCount = sizes[q].first;
-        survey.Questions[q].Anum = sizes[q].second;
-        for (int c = 0; c < sizes[q].first; ++c)
-            survey.Choices(c, q).Text = QChar(u'a' + q) + QString::number(c);
-    }
-    RecalcLayout(survey);
-    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
-    return survey;
+SurveyBuilder ThreeQuestions() {
+    SurveyBuilder builder;
+    for (const auto& [choices, answers] : {std::pair{3, 1}, {12, 3}, {5, 2}})
+        builder.Question(QString(), QString(), answers, QStringList(choices, u"c"_s));
+    return builder;
 }
 
 std::vector<LimitLine> Lines(const LimitList& list) {
-    std::vector<LimitLine> lines;
-    for (int i = 0; i <= list.LineCount(); ++i)
-        lines.push_back(list[i]);
-    return lines;
+    return {list.Data(), list.Data() + list.LineCount() + 1};
 }
 
-LimitLine Line(int kind, int rank, int q, int c) {
-    return {static_cast<qint16>(rank * 16 + kind), PackPosition(q, c)};
-}
+constexpr auto Line = [](int kind, int q, int c, int rank = 0) { return SurveyBuilder::Line(kind, q, c, rank); };
 
 }  // namespace
 
 TEST(ConditionNotation, WordsBecomeLines) {
-    const Survey survey = ThreeQuestions();
+    const Survey survey = ThreeQuestions().Get();
     struct Case {
         QString text;
         int mask;
         std::vector<LimitLine> lines;
     };
-    QString fourteen;
     std::vector<LimitLine> fourteenLines;
-    for (int i = 0; i < 7; ++i) {
-        fourteen += u"Q2=1..12 "_s;
-        fourteenLines.insert(fourteenLines.end(), {Line(3, 0, 1, 1), Line(2, 0, 1, 12)});
-    }
+    for (int i = 0; i < 7; ++i)
+        fourteenLines.insert(fourteenLines.end(), {Line(3, 1, 1, 0), Line(2, 1, 12, 0)});
     const std::vector<Case> cases{
         {u""_s, 0, {}},
         {u" \u3000\t\n"_s, 0, {}},
-        {u"Q1=2"_s, 0, {Line(3, 0, 0, 2)}},
-        {u"Q1=0 |Q2@3=12\u3000-Q3=5"_s, 0, {Line(3, 0, 0, 0), Line(1, 3, 1, 12), Line(4, 0, 2, 5)}},
-        {u"-Q2@1=3..7 |Q02=007..7"_s, 0, {Line(4, 1, 1, 3), Line(2, 0, 1, 7), Line(1, 0, 1, 7), Line(2, 0, 1, 7)}},
-        {u"P0 Q3=1 P15 P0"_s, 0x8001, {Line(3, 0, 2, 1)}},
-        {fourteen + u"P4"_s, 0x10, fourteenLines},
+        {u"Q1=2"_s, 0, {Line(3, 0, 2)}},
+        {u"Q1=0 |Q2@3=12\u3000-Q3=5"_s, 0, {Line(3, 0, 0), Line(1, 1, 12, 3), Line(4, 2, 5)}},
+        {u"-Q2@1=3..7 |Q02=007..7"_s, 0, {Line(4, 1, 3, 1), Line(2, 1, 7), Line(1, 1, 7), Line(2, 1, 7)}},
+        {u"P0 Q3=1 P15 P0"_s, 0x8001, {Line(3, 2, 1)}},
+        {u"Q2=1..12 "_s.repeated(7) + u"P4"_s, 0x10, fourteenLines},
     };
     for (const Case& one : cases) {
         LimitList list;
-        list[1] = Line(3, 0, 0, 1);
+        list[1] = Line(3, 0, 1);
         NotationError error;
         EXPECT_TRUE(ParseCondition(survey, one.text, list, error)) << error.message.toStdString();
         std::vector<LimitLine> expected{{0, static_cast<qint16>(one.mask)}};
@@ -78,7 +58,7 @@ TEST(ConditionNotation, WordsBecomeLines) {
 }
 
 TEST(ConditionNotation, WhatIsNoConditionIsRefusedByName) {
-    const Survey survey = ThreeQuestions();
+    const Survey survey = ThreeQuestions().Get();
     const auto unreadable = [](const QString& word) {
         return u"「"_s + word +
                u"」は条件として読めません。Q3=2、Q3=2..5、Q3@1=2、|Q3=2、-Q3=2、P4のように書いてください。"_s;
@@ -111,7 +91,7 @@ TEST(ConditionNotation, WhatIsNoConditionIsRefusedByName) {
         cases.push_back({u"Q1=1 "_s + word + u" Q1=2"_s, word, unreadable(word)});
     for (const Case& one : cases) {
         LimitList list;
-        list[1] = Line(3, 0, 0, 1);
+        list[1] = Line(3, 0, 1);
         NotationError error;
         EXPECT_FALSE(ParseCondition(survey, one.text, list, error)) << one.text.toStdString();
         EXPECT_EQ(error.message, one.message);
@@ -126,46 +106,29 @@ TEST(ConditionNotation, WhatIsNoConditionIsRefusedByName) {
     EXPECT_EQ(NotationErrorText(text, error), unreadable(u"男"_s) + u"\nQ1=1\u3000男 Q9=1 Q1=2\n      ^^"_s);
 }
 
-// A condition typed, told in words, kept as a predefined one and tested on answers.
+// A condition typed, kept as a predefined one and tested on answers.
 TEST(ConditionNotation, TypedConditionPicksTheSamplesItsWordsSay) {
-    Survey survey = ThreeQuestions();
-    ScriptedInterface ui;
-    for (qint32 id = 0; id < 52; ++id) {
-        const qint32 dno = AddSample(survey, ui, id);
-        const qint16 first = static_cast<qint16>(id % 4);
-        const std::array<qint16, 3> second{static_cast<qint16>(id / 4), 12, 1};
-        SetAnswers(survey, dno, 0, 1, &first);
-        SetAnswers(survey, dno, 1, 3, second.data());
-    }
-    const auto parse = [&](const QString& text) {
-        LimitList list;
+    SurveyBuilder builder = ThreeQuestions();
+    for (int i = 0; i < 52; ++i)
+        builder.Sample({{i % 4 == 0 ? std::vector<GivenAnswer>() : std::vector<GivenAnswer>{i % 4}},
+                        i < 4 ? std::vector<GivenAnswer>() : std::vector<GivenAnswer>{i / 4, 12, 1}});
+    Survey& survey = builder.Get();
+    LimitList list;
+    const auto picked = [&](const QString& text) {
         NotationError error;
         EXPECT_TRUE(ParseCondition(survey, text, list, error)) << error.message.toStdString();
-        return list;
-    };
-    const auto picked = [&](const LimitList& list) {
-        QList<int> ids;
+        QStringList ids;
         for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
-            if (TestLimit(survey, dno, list)) ids += survey.Samples.IDno(dno);
-        return ids;
+            if (TestLimit(survey, dno, list)) ids += QString::number(survey.Samples.IDno(dno));
+        return ids.join(u' ').toStdString();
     };
-
-    const LimitList list = parse(u"Q1=1..2 Q2@1=3..4 |Q2@1=9 -Q1=2"_s);
-    EXPECT_EQ(picked(list), QList<int>({13, 17, 37}));
-    EXPECT_EQ(LimitText(survey, list, false), u"a1からa2の1位にb3からb4又は1位にb9，除くa2"_s);
-    EXPECT_EQ(picked(parse(QString())).size(), 52);
-    EXPECT_EQ(picked(parse(u"Q2=0"_s)), QList<int>({0, 1, 2, 3}));
-    EXPECT_EQ(picked(parse(u"Q3=0 Q1=3 -Q2=1..12"_s)), QList<int>({3}));
-
-    int pos = 0;
-    std::span<LimitLine, 16> slot = survey.PreLimit.Column(4);
-    ClearLimitColumn(slot, pos);
-    for (int i = 1; i <= list.LineCount(); ++i)
-        slot[pos++] = list[i];
-    EXPECT_EQ(picked(parse(u"P4"_s)).size(), 52) << "what the samples know is the empty slot";
+    EXPECT_EQ(picked(u"Q2=0"_s), "1 2 3 4");
+    EXPECT_EQ(picked(u"Q3=0 Q1=3 -Q2=1..12"_s), "4");
+    EXPECT_EQ(picked(u"Q1=1..2 Q2@1=3..4 |Q2@1=9 -Q1=2"_s), "14 18 38");
+    std::copy(list.Data() + 1, list.Data() + 16, survey.PreLimit.Column(4).begin() + 1);
+    EXPECT_EQ(picked(u"-Q1=3 P4 Q2=9"_s), "37 38 39") << "what the samples know is the empty slot";
     for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
         RefreshPreLimitBit(survey, LimitList(survey.PreLimit.Column(4)), 4, dno);
-    EXPECT_EQ(picked(parse(u"P4"_s)), QList<int>({13, 17, 37}));
-    EXPECT_EQ(picked(parse(u"P4 Q2=9"_s)), QList<int>({37}));
-    EXPECT_EQ(picked(parse(u"P5 P4"_s)), QList<int>({13, 17, 37}));
+    EXPECT_EQ(picked(u"P5 P4"_s), "14 18 38");
+    EXPECT_EQ(picked(u"P4 Q2=9"_s), "38");
 }
