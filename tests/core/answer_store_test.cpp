@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <map>
 
-#include "core/numbers.h"
 #include "support/random_survey.h"
 #include "support/scripted_interface.h"
+#include "support/survey_builder.h"
 
 using namespace Qt::StringLiterals;
 
@@ -53,12 +53,11 @@ TEST(AnswerStore, SortingGivesWhatItsStepsGiveRepeatedIDsIncluded) {
             id = Pick(random, -20, round % 2 == 0 ? 20 : 1000);
         if (round == 0) ids = {1, 2, 1};
         SetIDs(survey, ids);
-        // Texts and flags travel with their sample.
         for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
             survey.Samples.SetPreLimitBits(dno, static_cast<qint16>(survey.Samples.IDno(dno)));
         SortSamples(survey, ui);
         EXPECT_EQ(IDsOf(survey), SortedBySteps(ids));
-        for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
+        for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)  // what a sample holds travels with it
             EXPECT_EQ(survey.Samples.PreLimitBits(dno), static_cast<qint16>(survey.Samples.IDno(dno)));
     }
 }
@@ -75,35 +74,31 @@ TEST(AnswerStore, ListKeepsEverySampleWithItsAnswersAndTexts) {
     std::map<qint32, int> held;
     for (int step = 0; step < 4000; ++step) {
         const qint32 id = Pick(random, -300, 300) * (step % 5 == 0 ? 7'000'000 : 1);
-        qint32 dno = DnoOfID(survey, id);
+        const qint32 dno = DnoOfID(survey, id);
         ASSERT_EQ(dno >= 0, held.contains(id));
-        switch (Pick(random, 0, 3)) {
-            case 0:
-            case 1: {
-                dno = AddSample(survey, ui, id);
-                ASSERT_EQ(dno < 0, held.contains(id));
-                if (dno < 0) break;
-                const qint16 answers[] = {1, 1};
-                const QString texts[] = {QString::number(step), QString()};
-                SetAnswersEssay(survey, dno, 0, 2, answers, texts);
-                held[id] = step;
-                break;
-            }
-            case 2:
-                if (dno < 0) break;
-                DeleteSample(survey, ui, dno);
-                held.erase(id);
-                break;
-            default: {
-                if (dno < 0) break;
-                const qint32 other = Pick(random, -400, 400);
-                const qint32 moved = SampleChangeID(survey, ui, dno, other);
-                ASSERT_EQ(moved < 0, held.contains(other));
-                if (moved < 0) break;
-                ASSERT_EQ(survey.Samples.IDno(moved), other);
-                held[other] = held[id];
-                held.erase(id);
-            }
+        const int what = Pick(random, 0, 3);
+        if (what < 2) {
+            const qint32 added = AddSample(survey, ui, id);
+            ASSERT_EQ(added < 0, held.contains(id));
+            if (added < 0) continue;
+            const qint16 answers[] = {1, 1};
+            const QString texts[] = {QString::number(step), QString()};
+            qint16 none = -1, choices[kMaxAnswers];
+            GetAnswers(survey, added, 0, none, choices);
+            ASSERT_EQ(none, 0);
+            SetAnswersEssay(survey, added, 0, 2, answers, texts);
+            held[id] = step;
+        } else if (dno >= 0 && what == 2) {
+            DeleteSample(survey, ui, dno);
+            held.erase(id);
+        } else if (dno >= 0) {
+            const qint32 other = Pick(random, -400, 400);
+            const qint32 moved = SampleChangeID(survey, ui, dno, other);
+            ASSERT_EQ(moved < 0, held.contains(other));
+            if (moved < 0) continue;
+            ASSERT_EQ(survey.Samples.IDno(moved), other);
+            held[other] = held[id];
+            held.erase(id);
         }
         ASSERT_TRUE(IDsAreSorted(survey));
     }
@@ -121,66 +116,64 @@ TEST(AnswerStore, ListKeepsEverySampleWithItsAnswersAndTexts) {
 TEST(AnswerStore, FindingTellsBetweenFromBeyond) {
     Survey survey;
     NewSurveyBody(survey);
-    qint32 position = 99;
-    EXPECT_EQ(FindSample(survey, 5, position), 0);
-    EXPECT_EQ(position, 0);
-    SetIDs(survey, {-2147483647 - 1, -10, 0, 7, 2147483647});
-    EXPECT_EQ(FindSample(survey, 3, position), -1);
-    EXPECT_EQ(position, 3);
-    EXPECT_EQ(FindSample(survey, 7, position), 0);
-    EXPECT_EQ(position, 3);
-    EXPECT_EQ(DnoOfID(survey, 2147483647), 4);
-    SetIDs(survey, {3, 4, 9});
-    EXPECT_EQ(FindSample(survey, 1, position), 0);
-    EXPECT_EQ(position, -1);
-    EXPECT_EQ(FindSample(survey, 100, position), 0);
-    EXPECT_EQ(position, 3);
+    const struct {
+        std::vector<qint32> ids;
+        qint32 id;
+        int result;
+        qint32 position;
+    } cases[] = {
+        {{}, 5, 0, 0},
+        {{-2147483647 - 1, -10, 0, 7, 2147483647}, 3, -1, 3},
+        {{-2147483647 - 1, -10, 0, 7, 2147483647}, 7, 0, 3},
+        {{-2147483647 - 1, -10, 0, 7, 2147483647}, 2147483647, 0, 4},
+        {{3, 4, 9}, 1, 0, -1},
+        {{3, 4, 9}, 100, 0, 3},
+    };
+    for (const auto& [ids, id, result, position] : cases) {
+        SetIDs(survey, ids);
+        qint32 found = 99;
+        EXPECT_EQ(FindSample(survey, id, found), result) << id;
+        EXPECT_EQ(found, position) << id;
+    }
 }
 
 // Texts go with answers whose choice bears one; clearing a question empties its first slot and leaves those behind.
 TEST(AnswerStore, TextsFollowTheirAnswers) {
-    ScriptedInterface ui;
-    Survey survey;
-    NewSurveyBody(survey);
-    survey.QuestionCount = 2;
-    survey.Questions[0].ChoiceCount = survey.Questions[1].ChoiceCount = 4;
-    survey.Questions[0].Anum = survey.Questions[1].Anum = 3;
-    survey.Choices(2, 1).Status = 1;
-    survey.PreLimit(1, 3) = {3, PackPosition(1, 2)};
-    RecalcLayout(survey);
-    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
-    const qint32 dno = AddSample(survey, ui, 1);
+    SurveyBuilder builder;
+    for (const int q : {0, 1})
+        builder.Question(QString::number(q), QString(), 3, {u"a"_s, u"b"_s, u"c"_s});
+    builder.Status(1, 2, {kEssay});
+    builder.PreLimit(3, {SurveyBuilder::Line(3, 1, 2)});
+    builder.Sample({{}, {{1, u"捨てる"_s}, {2, u"二"_s}, {2, u"三"_s}}});
+    Survey& survey = builder.Get();
+    const auto texts = [&] {
+        return QStringList{survey.Samples.Essay(0, 0), survey.Samples.Essay(0, 1), survey.Samples.Essay(0, 2)};
+    };
+    EXPECT_EQ(texts(), (QStringList{QString(), u"二"_s, u"三"_s}));
+    EXPECT_EQ(survey.Samples.PreLimitBits(0), -1);
     qint16 count = 0;
-    qint16 answers[kMaxAnswers] = {1, 2, 2};
-    QString texts[kMaxAnswers] = {u"捨てる"_s, u"二"_s, u"三"_s};
-    SetAnswersEssay(survey, dno, 1, 3, answers, texts);
-    EXPECT_EQ(survey.Samples.PreLimitBits(dno), -1);
-    EXPECT_EQ(survey.Samples.Essay(dno, 0), QString());
-    EXPECT_EQ(survey.Samples.Essay(dno, 2), u"三"_s);
-    EXPECT_THROW(SetAnswers(survey, dno, 1, 4, answers), RuntimeError);
-    EXPECT_THROW(GetAnswers(survey, dno, 2, count, answers), RuntimeError);
+    qint16 answers[kMaxAnswers] = {};
+    EXPECT_THROW(SetAnswers(survey, 0, 1, 4, answers), RuntimeError);
+    EXPECT_THROW(GetAnswers(survey, 0, 2, count, answers), RuntimeError);
 
     WorkingSample sample(survey);
-    GetAllAnswersEssay(survey, dno, sample.AnswerCount.data(), sample.SlotCno.data(), sample.SlotEssay.data());
+    GetAllAnswersEssay(survey, 0, sample.AnswerCount.data(), sample.SlotCno.data(), sample.SlotEssay.data());
     EXPECT_EQ(sample.AnswerCount, (std::vector<qint16>{0, 3, 0}));
     EXPECT_EQ(sample.SlotEssay[1], u"二"_s);
     sample.SlotCno = {3, 2, 1, 0, 0, 0, 0};
     sample.AnswerCount = {1, 2, 0};
     sample.SlotEssay[1] = u"新"_s;
-    SetAllAnswersEssay(survey, dno, sample.AnswerCount.data(), sample.SlotCno.data(), sample.SlotEssay.data());
-    EXPECT_EQ(survey.Samples.Essay(dno, 0), u"新"_s);
-    EXPECT_EQ(survey.Samples.Essay(dno, 1), QString());
-    EXPECT_EQ(survey.Samples.Essay(dno, 2), u"三"_s);
+    SetAllAnswersEssay(survey, 0, sample.AnswerCount.data(), sample.SlotCno.data(), sample.SlotEssay.data());
+    EXPECT_EQ(texts(), (QStringList{u"新"_s, QString(), u"三"_s}));
 
-    const qint16 none[] = {0};
-    SetAnswersEssay(survey, dno, 1, 1, none, texts);
-    GetAnswers(survey, dno, 1, count, answers);
-    EXPECT_EQ(count, 0);
-    EXPECT_EQ(answers[0], 0);
-    EXPECT_EQ(survey.Samples.Essay(dno, 0), QString());
-    EXPECT_EQ(survey.Samples.Essay(dno, 2), u"三"_s);
-    EXPECT_FALSE(SampleHasPreLimit(survey, dno, 3));
-    EXPECT_TRUE(SampleHasPreLimit(survey, dno, 4));
+    const qint16 none = 0;
+    const QString text = u"捨てる"_s;
+    SetAnswersEssay(survey, 0, 1, 1, &none, &text);
+    GetAnswers(survey, 0, 1, count, answers);
+    EXPECT_TRUE(count == 0 && answers[0] == 0);
+    EXPECT_EQ(texts(), (QStringList{QString(), QString(), u"三"_s}));
+    EXPECT_FALSE(SampleHasPreLimit(survey, 0, 3));
+    EXPECT_TRUE(SampleHasPreLimit(survey, 0, 4));
 }
 
 }  // namespace

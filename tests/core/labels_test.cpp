@@ -2,39 +2,33 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "support/error_of.h"
+#include "support/survey_builder.h"
 
 using namespace quibra;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-LimitLine Line(int kind, int rank, int q, int c) {
-    return {static_cast<qint16>(rank * 16 + kind), PackPosition(q, c)};
-}
+constexpr auto Line = [](int kind, int rank, int q, int c) { return SurveyBuilder::Line(kind, q, c, rank); };
 
 // Questions with the given texts, one answer and three choices each: 無回答, A1, A2 of the first, B1 and so on.
 Survey SurveyOf(const QStringList& texts) {
-    Survey survey;
-    survey.QuestionCount = static_cast<qint16>(texts.size());
+    SurveyBuilder builder;
     for (int q = 0; q < texts.size(); ++q) {
-        survey.Questions[q].SetText(texts[q]);
-        survey.Questions[q].Anum = 1;
-        survey.Questions[q].ChoiceCount = 3;
-        survey.Choices(0, q).Text = u"無回答"_s;
-        survey.Choices(0, q).Status = 4;
-        for (int c = 1; c < 3; ++c)
-            survey.Choices(c, q).Text = QChar(u'A' + q) + QString::number(c);
+        const QChar letter(u'A' + q);
+        builder.Question(QString(), QString(), 1, {letter + u"1"_s, letter + u"2"_s});
+        builder.Get().Questions[q].SetText(texts[q]);
     }
-    return survey;
+    return builder.Get();
 }
 
 LimitList List(std::initializer_list<LimitLine> lines, int mask = 0, int bound = 15) {
     LimitList list(bound);
     list[0].b = static_cast<qint16>(mask);
-    int pos = 1;
-    for (const LimitLine& line : lines)
-        list[pos++] = line;
+    std::copy(lines.begin(), lines.end(), &list[1]);
     return list;
 }
 
@@ -43,13 +37,9 @@ LimitList List(std::initializer_list<LimitLine> lines, int mask = 0, int bound =
 TEST(Labels, NameBodyAndLimitTextAreCutAsTheyAlwaysWere) {
     const auto padded = [](const QString& text) { return text.leftJustified(128, u' '); };
     const QString longBody(200, u'長');
-    struct Case {
-        QString text;
-        QString name;
-        QString body;
-        QString limit;
-    };
-    const std::vector<Case> cases{
+    const struct {
+        QString text, name, body, limit;
+    } cases[] = {
         {u"性別\rあなたの性別は\r女性の人\r"_s, u"性別"_s, u"あなたの性別は"_s, u"女性の人"_s},
         {u"性別\rあなたの性別は\r\r"_s, u"性別"_s, u"あなたの性別は"_s, QString()},
         {u"性別\rあなたの性別は\r"_s, u"性別"_s, u"あなたの性別は"_s, QString()},
@@ -63,7 +53,7 @@ TEST(Labels, NameBodyAndLimitTextAreCutAsTheyAlwaysWere) {
         {u"名\r"_s + longBody + u"\r限\r"_s, u"名"_s, u"名\r"_s + longBody.left(126), QString()},
     };
     QStringList texts;
-    for (const Case& one : cases)
+    for (const auto& one : cases)
         texts += one.text;
     Survey survey = SurveyOf(texts);
     for (int q = 0; q < survey.QuestionCount; ++q) {
@@ -87,17 +77,19 @@ TEST(Labels, QuestionLabelsConsistOfTheirParts) {
     survey.QLimit(1, 1) = Line(3, 0, 0, 2);
     survey.QLimit(2, 1) = Line(1, 0, 0, 1);
     survey.QLimit(1, 2) = Line(3, 0, 1, 1);
-    const LabelParts all{true, true, true, true, true};
-    EXPECT_EQ(QuestionLabel(survey, 0, {}), QString());
-    EXPECT_EQ(QuestionLabel(survey, 0, {.number = true}), u"Q1 "_s);
-    EXPECT_EQ(QuestionLabel(survey, 1, {.name = true}), u"番組"_s);
-    EXPECT_EQ(QuestionLabel(survey, 0, {.limit = true}), u" "_s);
-    EXPECT_EQ(QuestionLabel(survey, 0, {.name = true, .answers = true}), u"性別 "_s);
-    EXPECT_EQ(QuestionLabel(survey, 1, {.body = true, .answers = true}), u" 見た番組は［2つまで］"_s);
+    const std::tuple<int, LabelParts, QString> cases[] = {
+        {0, {}, QString()},
+        {0, {.number = true}, u"Q1 "_s},
+        {1, {.name = true}, u"番組"_s},
+        {0, {.limit = true}, u" "_s},
+        {0, {.name = true, .answers = true}, u"性別 "_s},
+        {1, {.body = true, .answers = true}, u" 見た番組は［2つまで］"_s},
+    };
+    for (const auto& [q, parts, label] : cases)
+        EXPECT_EQ(QuestionLabel(survey, q, parts), label);
     EXPECT_EQ(FullQuestionList(survey), QStringList({u"Q1 性別 あなたの性別は"_s,
                                                      u"Q2 番組 （性別(2)A2又は性別(1)A1の人）見た番組は［2つまで］"_s,
                                                      u"Q3 局 (見た人)見た局は"_s}));
-    EXPECT_EQ(QuestionLabel(survey, 2, all), FullQuestionList(survey).at(2));
     EXPECT_EQ(PlainQuestionList(survey),
               QStringList({u"性別 あなたの性別は"_s, u"番組 見た番組は［2つまで］"_s, u"局 見た局は"_s}));
 }
@@ -109,13 +101,17 @@ TEST(Labels, ChoiceLabelsCarrySymbolAndTags) {
         survey.Choices(c, 0) = {u"他"_s, 0.5, 1e15, u"01,02"_s, static_cast<qint16>(status)};
         return ChoiceLabel(survey, 0, c, true, true);
     };
-    EXPECT_EQ(label(1, 0), u"(1)他"_s);
-    EXPECT_EQ(label(1, 1), u"(1)他［記述］"_s);
-    EXPECT_EQ(label(2, 3), u"(2)他［数値:0.5-1E+15］"_s);
-    EXPECT_EQ(label(2, 3 | 16), u"(2)他［数値:0.5-1E+15］"_s);
-    EXPECT_EQ(label(3, 17), u"(3)他[ｺｰﾄﾞ:01,02]"_s);
-    EXPECT_EQ(label(4, 2 | 16), u"(4)他"_s);
-    EXPECT_EQ(label(12, 63), u"(.12.)他［数値:0.5-1E+15］［排他］［その他］［複数］"_s);
+    const std::tuple<int, int, QString> cases[] = {
+        {1, 0, u"(1)他"_s},
+        {1, 1, u"(1)他［記述］"_s},
+        {2, 3, u"(2)他［数値:0.5-1E+15］"_s},
+        {2, 3 | 16, u"(2)他［数値:0.5-1E+15］"_s},
+        {3, 17, u"(3)他[ｺｰﾄﾞ:01,02]"_s},
+        {4, 2 | 16, u"(4)他"_s},
+        {12, 63, u"(.12.)他［数値:0.5-1E+15］［排他］［その他］［複数］"_s},
+    };
+    for (const auto& [c, status, text] : cases)
+        EXPECT_EQ(label(c, status), text);
     EXPECT_EQ(ChoiceLabel(survey, 0, 12, false, true), u"他［数値:0.5-1E+15］［排他］［その他］［複数］"_s);
     EXPECT_EQ(ChoiceLabel(survey, 0, 12, false, false), u"他"_s);
     survey.Questions[0].LabelKind = 2;
@@ -132,12 +128,10 @@ TEST(Labels, ConditionsReadAsSentences) {
     survey.PreLimit(1, 0) = Line(4, 0, 0, 1);
     survey.PreLimit(1, 15) = Line(3, 2, 1, 2);
     survey.PreLimit(2, 15) = Line(2, 0, 1, 1);
-    struct Case {
+    const struct {
         LimitList list;
-        QString text;
-        QString verbose;
-    };
-    const std::vector<Case> cases{
+        QString text, verbose;
+    } cases[] = {
         {List({}), u"条件なし"_s, u"限定条件はありません"_s},
         {List({}, 2), u"条件なし"_s, u"既成1()"_s},
         {List({}, 6), u","_s, u"既成1(),既成2()"_s},
@@ -153,9 +147,9 @@ TEST(Labels, ConditionsReadAsSentences) {
         {List({Line(7, 0, 0, 1), Line(9, 0, 0, 2)}), u"1A2"_s, u"(1)A1甲(2)A2"_s},
         {List({Line(3, 0, 0, 1), Line(3, 0, 0, 2), Line(3, 0, 0, 1)}, 0, 3), u"A1のA2"_s, u"甲(1)A1の甲(2)A2"_s},
     };
-    for (size_t i = 0; i < cases.size(); ++i) {
-        EXPECT_EQ(LimitText(survey, cases[i].list, false), cases[i].text) << i;
-        EXPECT_EQ(LimitText(survey, cases[i].list, true), cases[i].verbose) << i;
+    for (const auto& [list, text, verbose] : cases) {
+        EXPECT_EQ(LimitText(survey, list, false), text);
+        EXPECT_EQ(LimitText(survey, list, true), verbose);
     }
 
     const LimitList list = List({Line(3, 0, 0, 1), Line(1, 2, 1, 0), Line(2, 3, 1, 2), Line(4, 1, 0, 2)});
@@ -170,30 +164,32 @@ TEST(Labels, ConditionsReadAsSentences) {
 TEST(Labels, QuestionTreeFollowsTheChainOfConditions) {
     Survey survey = SurveyOf(QList<QString>(9, u"問\r文\r\r"_s));
     EXPECT_EQ(RefreshQuestionList(survey, 8), QStringList(u"問 文"_s));
-    // Each question's conditions; the chain follows the first line alone.
-    const std::vector<std::vector<LimitLine>> conditions{
-        {},
-        {Line(3, 0, 0, 1)},
-        {Line(3, 0, 0, 1)},
-        {Line(3, 0, 2, 1)},
-        {Line(3, 0, 3, 1), Line(1, 0, 0, 1)},
-        {Line(3, 0, 3, 1)},
-        {Line(3, 0, 0, 1), Line(1, 0, 8, 1)},
-        {Line(3, 0, 0, 1)},
-        {},
+    // Each question's conditions, its depth and its place in the tree; the chain follows the first line alone.
+    const struct {
+        std::vector<LimitLine> conditions;
+        qint16 depth;
+        QString place;
+    } questions[] = {
+        {{}, 0, u"問 文"_s},
+        {{Line(3, 0, 0, 1)}, 1, u"+--問 文"_s},
+        {{Line(3, 0, 0, 1)}, 1, u"|  問 文"_s},
+        {{Line(3, 0, 2, 1)}, 2, u"|  +--問 文"_s},
+        {{Line(3, 0, 3, 1), Line(1, 0, 0, 1)}, 3, u"|  |  +--問 文"_s},
+        {{Line(3, 0, 3, 1)}, 3, u"|  |  +--問 文"_s},
+        {{Line(3, 0, 0, 1), Line(1, 0, 8, 1)}, 1, u"+--問 文"_s},
+        {{Line(3, 0, 0, 1)}, 1, u"+--問 文"_s},
+        {{}, 0, u"問 文"_s},
     };
+    QStringList tree;
     for (int q = 0; q < 9; ++q) {
         survey.QLimit(0, q) = {77, 77};
-        for (size_t i = 0; i < conditions[q].size(); ++i)
-            survey.QLimit(static_cast<int>(i) + 1, q) = conditions[q][i];
+        std::ranges::copy(questions[q].conditions, survey.QLimit.Column(q).begin() + 1);
+        tree += questions[q].place;
     }
-    const QStringList tree{u"問 文"_s,          u"+--問 文"_s, u"|  問 文"_s, u"|  +--問 文"_s, u"|  |  +--問 文"_s,
-                           u"|  |  +--問 文"_s, u"+--問 文"_s, u"+--問 文"_s, u"問 文"_s};
     EXPECT_EQ(RefreshQuestionList(survey, 0), tree);
     EXPECT_EQ(RefreshQuestionList(survey, 3), tree.mid(3));
-    const std::vector<int> depths{0, 1, 1, 2, 3, 3, 1, 1, 0};
     for (int q = 0; q < 9; ++q)
-        EXPECT_TRUE((survey.QLimit(0, q) == LimitLine{static_cast<qint16>(depths[q]), 0})) << q;
+        EXPECT_TRUE((survey.QLimit(0, q) == LimitLine{questions[q].depth, 0})) << q;
 
     survey.QLimit(1, 0) = Line(3, 0, 8, 1);  // opens a branch although nothing stands before it
     EXPECT_EQ(RefreshQuestionList(survey, 0).at(0), u"+--問 文"_s);

@@ -3,17 +3,17 @@
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
 #include <QDir>
 #include <QTemporaryDir>
+#include <map>
 #include <random>
 
 #include "core/answer_store.h"
 #include "core/binary_file.h"
-#include "core/survey_json.h"
 #include "core/survey_reader.h"
 #include "core/survey_writer.h"
 #include "support/scripted_interface.h"
+#include "support/survey_builder.h"
 #include "support/survey_bytes.h"
 
 using namespace Qt::StringLiterals;
@@ -22,12 +22,11 @@ namespace quibra {
 
 namespace {
 
-QString LoadFailure(const QString& errorText, const QString& path) {
-    return u"message 48 クイブラ: "_s + errorText + u"\\r\\n"_s + path +
-           u"\\r\\n** "
-           u"ファイル関係のエラーの場合、ディスク接続不良・破損、データ破損、またはデータがクイブラ用でない可能性があり"
-           u"ます。"
-           u"\\r\\n今まで扱っていたデータも破壊されているので保存はしないで下さい。 -> Ok"_s;
+QString LoadFailure(RuntimeErrorNumber number, const QString& path) {
+    return u"message 48 クイブラ: %1\\r\\n%2\\r\\n** ファイル関係のエラーの場合、ディスク接続不良・破損、データ破損、"
+           u"またはデータがクイブラ用でない可能性があります。\\r\\n"
+           u"今まで扱っていたデータも破壊されているので保存はしないで下さい。 -> Ok"_s.arg(RuntimeError(number).Text(),
+                                                                                           path);
 }
 
 // A literal with its zero bytes.
@@ -96,22 +95,21 @@ TEST_F(SurveyFile, SurveyAtItsLimitsComesBackWhole) {
     survey.LineFlag[255] = true;
     RecalcLayout(survey);
     survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
-    const qint32 ids[] = {std::numeric_limits<qint32>::min(), -1, 0, std::numeric_limits<qint32>::max()};
-    for (const qint32 id : ids) {
-        const qint32 dno = AddSample(survey, user, id);
+    constexpr qint32 kMax = std::numeric_limits<qint32>::max();
+    for (const qint32 id : {-kMax - 1, -1, 0, kMax}) {
         const qint16 answers[] = {127, 1};
         const QString texts[] = {QString(16000, u'長'), QString()};
-        SetAnswersEssay(survey, dno, 255, 2, answers, texts);
+        SetAnswersEssay(survey, AddSample(survey, user, id), 255, 2, answers, texts);
     }
     const QByteArray bytes = WriteSurveyBytes(survey);
-    ASSERT_EQ(Load(Put(u"limits.qb"_s, bytes)), kLoaded);
+    const QString path = Put(u"limits.qb"_s, bytes);
+    ASSERT_EQ(Load(path), kLoaded);
     EXPECT_EQ(WriteSurveyBytes(survey), bytes);
-    EXPECT_EQ(DnoOfID(survey, ids[3]), 3);
+    EXPECT_EQ(DnoOfID(survey, kMax), 3);
     EXPECT_EQ(survey.Samples.Essay(0, survey.QIdx[255].EssayStart), QString(16000, u'長'));
 
     // One character more than 16 bits of bytes hold is an overflow, and what was saved before stays.
     survey.Samples.SetEssay(0, 0, QString(16384, u'長'));
-    const QString path = folder.filePath(u"limits.qb"_s);
     EXPECT_FALSE(SurveySave(session, path));
     EXPECT_EQ(user.Lines(u"message 48"_s).last(),
               u"message 48 クイブラ: オーバーフローしました。\\r\\n正しく保存出来ませんでした。 -> Ok"_s);
@@ -119,35 +117,6 @@ TEST_F(SurveyFile, SurveyAtItsLimitsComesBackWhole) {
 }
 
 }  // namespace
-
-TEST_F(SurveyFile, CurrentFilesAreWrittenBackByteForByte) {
-    for (const QString& name : {u"small-1003.qb"_s, u"gss.qb"_s}) {
-        const QByteArray bytes = TestData(name);
-        Survey survey;
-        ASSERT_TRUE(ReadSurveyBytes(bytes, survey));
-        EXPECT_TRUE(WriteSurveyBytes(survey) == bytes) << qPrintable(name);
-    }
-}
-
-TEST_F(SurveyFile, AnyGenerationLoadsAsTheSameSurveySortedByID) {
-    QByteArray json = TestData(u"small.json"_s);
-    QBuffer buffer(&json);
-    buffer.open(QIODevice::ReadOnly);
-    Survey survey;
-    NewSurveyHead(survey, u"/"_s);
-    NewSurveyBody(survey);
-    ReadSurveyJson(buffer, survey);
-    const QByteArray small = WriteSurveyBytes(survey);
-    for (const QString& name : {u"small-1003.qb"_s, u"small-1002.qb"_s, u"small-1001.qb"_s}) {
-        ASSERT_EQ(Load(TestDataPath(name)), kLoaded) << qPrintable(name);
-        EXPECT_TRUE(WriteSurveyBytes(session.survey) == small) << qPrintable(name);
-    }
-    const QByteArray large = TestData(u"gss.qb"_s);
-    for (const QString& name : {u"gss.qb"_s, u"gss-1002.qb"_s, u"gss-1001.qb"_s}) {
-        ASSERT_EQ(Load(TestDataPath(name)), kLoaded) << qPrintable(name);
-        EXPECT_TRUE(WriteSurveyBytes(session.survey) == large) << qPrintable(name);
-    }
-}
 
 TEST_F(SurveyFile, LoadLeavesASavedUnchangedSurveyUnderItsLock) {
     const QString path = Put(u"a.qb"_s, TestData(u"small-1003.qb"_s));
@@ -168,13 +137,11 @@ TEST_F(SurveyFile, LoadLeavesASavedUnchangedSurveyUnderItsLock) {
     EXPECT_EQ(session.survey.QuotaUsed, session.survey.Samples.IDno(11));
 
     // A lock from the file holds: level 1 shows, level 2 does not even that.
-    for (const qint16 level : {qint16{1}, qint16{2}}) {
-        session.survey.LockLevel = level;
+    for (const int level : {1, 2}) {
+        session.survey.LockLevel = static_cast<qint16>(level);
         ASSERT_EQ(Load(Put(u"locked.qb"_s, WriteSurveyBytes(session.survey))), kLoaded);
         EXPECT_EQ(session.survey.LockLevel, level);
-        EXPECT_FALSE(session.menu.mnuInput);
-        EXPECT_EQ(session.menu.mnuStatis, level == 1);
-        EXPECT_FALSE(session.IsDead());
+        EXPECT_TRUE(!session.menu.mnuInput && session.menu.mnuStatis == (level == 1) && !session.IsDead());
     }
 }
 
@@ -205,94 +172,57 @@ TEST_F(SurveyFile, HeadDecidesWithTheUserWhatTheFileIs) {
     const QString otherPage = Put(u"other.qbp"_s, PageBytes(u"/基/b.qb"_s));
     const QString unknown = Put(u"unknown.qb"_s, "\0\0\7\0unknown"_ba);
 
-    struct Case {
+    const QString thisFile = u": このファイル\\r\\n%1\\r\\nは"_s;
+    const QString saved = u"版の形式のファイルです。 保存すると95年9月版の形式のファイルになります。"_s;
+    const QString noPage = thisFile + u"アンケートファイルデータです。ここでは読み込めません。"_s;
+    const QString baseFirst = u": この集計結果データ\\r\\n%1\\r\\nを読み込む前に、基となるアンケートファイル\\r\\n"_s +
+                              survey + u"\\r\\nを読み込みます。"_s;
+    const QString readIt = thisFile + u"集計結果データです。読み込みますか？"_s;
+    const QString otherBase = thisFile +
+                              u"集計結果データです。基となるアンケートファイル\\r\\n/基/b.qb\\r\\nを"
+                              u"先に読み込みますか。"_s;
+    const QString otherPageBase =
+        u": この集計結果データ\\r\\n%1\\r\\nは、基となるアンケートファイルが\\r\\n/基/b.qb\\r\\n"
+        u"です。アンケートファイルを先に読み込みますか。"_s;
+    // One after the other; with an empty text, nothing is asked. A page wants its survey first.
+    const struct {
         QString path;
-        int mode;
-        std::deque<Answer> answers;
+        int mode, style;
+        QString text;
+        Answer answer;
         int result;
-        QString message;
+    } cases[] = {
+        {page, kExpectPage, 1, baseFirst, Answer::Ok, kLoadBaseFirst},
+        {page, kExpectPage, 1, baseFirst, Answer::Cancel, kNothing},
+        {survey, kExpectSurvey, 0, {}, Answer::Ok, kLoaded},
+        {s1001, kExpectSurvey, 48, thisFile + u"クイブラ95年4,5月"_s + saved, Answer::Ok, kLoaded},
+        {s1002, kExpectSurvey, 48, thisFile + u"クイブラ95年6,7,8月"_s + saved, Answer::Ok, kLoaded},
+        {survey, kExpectPage, 0, noPage, Answer::Ok, kNothing},
+        {s1001, kExpectPage, 0, noPage, Answer::Ok, kNothing},
+        {survey, 3, 0, u": FileVersion個別処理エラー(2)"_s, Answer::Ok, kLoaded},
+        {unknown, kExpectSurvey, 48, thisFile + u"クイブラで扱えません。"_s, Answer::Ok, kNothing},
+        {page, kExpectPage, 0, {}, Answer::Ok, kPageFile},
+        {otherPage, 3, 0, {}, Answer::Ok, kPageFile},
+        {page, kExpectSurvey, 4, readIt, Answer::Yes, kPageFile},
+        {page, kExpectSurvey, 4, readIt, Answer::No, kNothing},
+        {otherPage, kExpectSurvey, 3, otherBase, Answer::Yes, kLoadBaseFirst},
+        {otherPage, kExpectSurvey, 3, otherBase, Answer::No, kPageFile},
+        {otherPage, kExpectSurvey, 3, otherBase, Answer::Cancel, kNothing},
+        {otherPage, kExpectPage, 3, otherPageBase, Answer::Yes, kLoadBaseFirst},
+        {otherPage, kExpectPage, 3, otherPageBase, Answer::No, kPageFile},
+        {otherPage, kExpectPage, 3, otherPageBase, Answer::Cancel, kNothing},
     };
-    const auto check = [&](const Case& c) {
-        user.messageAnswers = c.answers;
-        EXPECT_EQ(Load(c.path, c.mode), c.result) << qPrintable(c.message);
-        EXPECT_EQ(Messages(), c.message.isEmpty() ? QStringList() : QStringList(c.message));
-        EXPECT_EQ(loadedPath, c.result != kLoadBaseFirst ? c.path : c.path == page ? survey : u"/基/b.qb"_s);
-    };
-    const QString thisFile = u": このファイル\\r\\n%1\\r\\n"_s;
-    const QString saved = u"保存すると95年9月版の形式のファイルになります。 -> Ok"_s;
-
-    // Nothing is loaded: a page wants its survey first.
-    for (const Answer answer : {Answer::Ok, Answer::Cancel})
-        check(
-            {page,
-             kExpectPage,
-             {answer},
-             answer == Answer::Ok ? kLoadBaseFirst : kNothing,
-             u"message 1 クイブラ: この集計結果データ\\r\\n%1\\r\\nを読み込む前に、基となるアンケートファイル\\r\\n%2\\r\\nを読み込みます。 -> %3"_s
-                 .arg(page, survey, answer == Answer::Ok ? u"Ok"_s : u"Cancel"_s)});
-
-    check({survey, kExpectSurvey, {}, kLoaded, {}});
-    check({s1001,
-           kExpectSurvey,
-           {},
-           kLoaded,
-           u"message 48 クイブラ"_s + thisFile.arg(s1001) + u"はクイブラ95年4,5月版の形式のファイルです。 "_s + saved});
-    check(
-        {s1002,
-         kExpectSurvey,
-         {},
-         kLoaded,
-         u"message 48 クイブラ"_s + thisFile.arg(s1002) + u"はクイブラ95年6,7,8月版の形式のファイルです。 "_s + saved});
-    check({survey,
-           kExpectPage,
-           {},
-           kNothing,
-           u"message 0 クイブラ"_s + thisFile.arg(survey) +
-               u"はアンケートファイルデータです。ここでは読み込めません。 -> Ok"_s});
-    check({s1001,
-           kExpectPage,
-           {},
-           kNothing,
-           u"message 0 クイブラ"_s + thisFile.arg(s1001) +
-               u"はアンケートファイルデータです。ここでは読み込めません。 -> Ok"_s});
-    check({survey, 3, {}, kLoaded, u"message 0 クイブラ: FileVersion個別処理エラー(2) -> Ok"_s});
-    check({unknown,
-           kExpectSurvey,
-           {},
-           kNothing,
-           u"message 48 クイブラ"_s + thisFile.arg(unknown) + u"はクイブラで扱えません。 -> Ok"_s});
-
-    // `survey` is loaded now.
-    EXPECT_EQ(session.survey.FileName, survey);
-    check({page, kExpectPage, {}, kPageFile, {}});
-    check({otherPage, 3, {}, kPageFile, {}});
-    for (const Answer answer : {Answer::Yes, Answer::No})
-        check({page,
-               kExpectSurvey,
-               {answer},
-               answer == Answer::Yes ? kPageFile : kNothing,
-               u"message 4 クイブラ"_s + thisFile.arg(page) + u"は集計結果データです。読み込みますか？ -> "_s +
-                   (answer == Answer::Yes ? u"Yes"_s : u"No"_s)});
-    const std::pair<Answer, int> results[] = {
-        {Answer::Yes, kLoadBaseFirst}, {Answer::No, kPageFile}, {Answer::Cancel, kNothing}};
-    const QString names[] = {u"Yes"_s, u"No"_s, u"Cancel"_s};
-    for (int i = 0; i < 3; ++i) {
-        const auto [answer, result] = results[i];
-        check({otherPage,
-               kExpectSurvey,
-               {answer},
-               result,
-               u"message 3 クイブラ"_s + thisFile.arg(otherPage) +
-                   u"は集計結果データです。基となるアンケートファイル\\r\\n/基/b.qb\\r\\nを先に読み込みますか。 -> "_s +
-                   names[i]});
-        check(
-            {otherPage,
-             kExpectPage,
-             {answer},
-             result,
-             u"message 3 クイブラ: この集計結果データ\\r\\n%1\\r\\nは、基となるアンケートファイルが\\r\\n/基/b.qb\\r\\nです。アンケートファイルを先に読み込みますか。 -> "_s
-                     .arg(otherPage) +
-                 names[i]});
+    const std::map<Answer, QString> names{
+        {Answer::Ok, u"Ok"_s}, {Answer::Cancel, u"Cancel"_s}, {Answer::Yes, u"Yes"_s}, {Answer::No, u"No"_s}};
+    for (const auto& [path, mode, style, text, answer, result] : cases) {
+        user.messageAnswers = {answer};
+        EXPECT_EQ(Load(path, mode), result) << qPrintable(text);
+        QStringList told;
+        if (!text.isEmpty())
+            told += u"message %1 クイブラ"_s.arg(style) + QString(text).replace(u"%1"_s, path) + u" -> "_s +
+                    names.at(answer);
+        EXPECT_EQ(Messages(), told);
+        EXPECT_EQ(loadedPath, result != kLoadBaseFirst ? path : path == page ? survey : u"/基/b.qb"_s);
     }
     EXPECT_FALSE(session.IsDead()) << "a refused file harmed the survey in memory";
 }
@@ -329,23 +259,21 @@ TEST_F(SurveyFile, StopWhileLoadingLeavesTheDeadState) {
     const QString path = Put(u"a.qb"_s, TestData(u"small-1003.qb"_s));
     const QString question =
         u"message 305 クイブラ: 中止するとクイブラ内部のアンケートデータが壊れて保存出来なくなります。 -> "_s;
-    for (int step = 1; step <= 14; ++step) {
+    for (int step = 14; step >= 1; --step) {
         user.stopAtProgress = step;
         user.messageAnswers = {Answer::Ok};
+        if (step == 3) user.messageAnswers.push_front(Answer::Cancel);
         EXPECT_EQ(Load(path), kNothing) << step;
-        EXPECT_EQ(Messages(), QStringList{question + u"Ok"_s}) << step;
+        EXPECT_EQ(Messages(), step == 3 ? (QStringList{question + u"Cancel"_s, question + u"Ok"_s})
+                                        : QStringList{question + u"Ok"_s});
         EXPECT_TRUE(IsDead()) << step;
         EXPECT_EQ(session.survey.SampleCount(), 12) << step;
+        // Pressed in front of the second sample and confirmed in front of the third: two are there.
+        if (step == 3) {
+            EXPECT_TRUE(session.survey.Samples.IDno(1) != 0 && session.survey.Samples.IDno(3) == 0);
+        }
     }
     EXPECT_TRUE(session.settings.RecentFiles[0].isEmpty());
-
-    // Stopped in front of the third sample: two are there.
-    user.stopAtProgress = 3;
-    user.messageAnswers = {Answer::Cancel, Answer::Ok};
-    EXPECT_EQ(Load(path), kNothing);
-    EXPECT_EQ(Messages(), (QStringList{question + u"Cancel"_s, question + u"Ok"_s}));
-    EXPECT_NE(session.survey.Samples.IDno(1), 0);
-    EXPECT_EQ(session.survey.Samples.IDno(3), 0);
 }
 
 TEST_F(SurveyFile, OptionalFieldsBehindTheSamplesMayBeAbsent) {
@@ -363,55 +291,22 @@ TEST_F(SurveyFile, OptionalFieldsBehindTheSamplesMayBeAbsent) {
     const int flagBytes = 3 * 2;
     const int countedBytes = 2 + 4 + 4 + 2 + 2;
 
-    const auto load = [&](const QByteArray& bytes) { return Load(Put(u"a.qb"_s, bytes)); };
-    ASSERT_EQ(load(whole), kLoaded);
-    EXPECT_EQ(session.survey.ExternDLL, u"lib"_s);
-    EXPECT_FALSE(session.survey.LineFlag[0]);
-    EXPECT_TRUE(session.survey.LineFlag[1]);
-    ASSERT_EQ(load(whole.chopped(externBytes)), kLoaded);
-    EXPECT_EQ(session.survey.ExternDLL, QString());
-    EXPECT_TRUE(session.survey.LineFlag[1]);
-    ASSERT_EQ(load(whole.chopped(externBytes + flagBytes)), kLoaded);
-    EXPECT_FALSE(session.survey.LineFlag[1]);
-    EXPECT_EQ(session.survey.EssayFull, -1);
     const QByteArray samplesOnly = whole.chopped(externBytes + flagBytes + countedBytes);
-    ASSERT_EQ(load(samplesOnly), kLoaded);
-    EXPECT_EQ(session.survey.DistName, u"newfile"_s);
-    EXPECT_EQ(session.survey.EssayFull, 0);
-
-    // One field only, and flags of which the first and third are neither on nor off.
-    ASSERT_EQ(load(samplesOnly + Bytes("\1\0\2\0\2\0xy\7\0\1\0\3\0\1\0\0\0")), kLoaded);
-    EXPECT_EQ(session.survey.DistName, u"xy"_s);
-    EXPECT_EQ(session.survey.DistQno, 0);
-    EXPECT_FALSE(session.survey.LineFlag[0]);
-    EXPECT_TRUE(session.survey.LineFlag[1]);
-    EXPECT_FALSE(session.survey.LineFlag[2]);
-    EXPECT_TRUE(session.survey.LineFlag[3]);
-}
-
-TEST_F(SurveyFile, NewSurveyIsWrittenAsTheFormatTells) {
-    session.NewSurvey();
-    const QByteArray bytes = WriteSurveyBytes(session.survey);
-    QByteArray expected = Bytes("\0\0\x21\0");
-    for (const char c : "9.59 ecniS elifataD arbiuQ romleV"_ba)
-        expected += static_cast<char>(~c);
-    const auto text = [](const QByteArray& t) {
-        const QByteArray length =
-            QByteArray(1, static_cast<char>(t.size())) + QByteArray(1, static_cast<char>(t.size() >> 8));
-        return length + length + t;
+    const Survey& read = session.survey;
+    // ExternDLL, DistName, DistQno, EssayFull and the first line flags.
+    const auto tail = [&](const QByteArray& bytes) {
+        EXPECT_EQ(Load(Put(u"a.qb"_s, bytes)), kLoaded);
+        QString told = u"%1 %2 %3 %4 "_s.arg(read.ExternDLL, read.DistName).arg(read.DistQno).arg(read.EssayFull);
+        for (int i = 0; i < 4; ++i)
+            told += read.LineFlag[i] ? u'1' : u'0';
+        return told.toStdString();
     };
-    expected += text("\x90\x56\x8b\x4b\x83\x41\x83\x93\x83\x50\x81\x5b\x83\x67"_ba);
-    expected += QByteArray(2, 0) + QByteArray(2, 0) + text("\x81\x96\x81\x96\x81\x96\x81\x96"_ba) + Bytes("\1\0");
-    const QByteArray question =
-        "\x8e\xbf\x96\xe2"
-        "1\r\x8e\xbf\x96\xe2\x95\xb6\x82\xcd\x82\xb1\x82\xb1\x82\xc5\x8f\x91\x82\xab\x8d\x9e\x82\xf1"
-        "\x82\xc5\x82\xa2\x82\xad\xa5\xa5\xa5\r"_ba;
-    expected += text(question + QByteArray(128 - 22, ' ')) + QByteArray(4, 0) + Bytes("\1\0\0\0\2\0");
-    expected +=
-        text("\x91\x49\x91\xf0\x8e\x88\x82\xcd\x82\xb1\x82\xb1\x82\xc5\xa5\xa5\xa5\r0\r0"_ba) + QByteArray(2, 0);
-    expected += Bytes("\x0f\0") + QByteArray(64, 0) + QByteArray(4, 0) + Bytes("\x0f\0");
-    expected += QByteArray(4, 0) + Bytes("\3\0") + text("newfile"_ba) + QByteArray(4, 0) + QByteArray(2, 0) + text({});
-    EXPECT_EQ(bytes.toHex(), expected.toHex());
+    EXPECT_EQ(tail(whole), "lib dist 3 -1 0100");
+    EXPECT_EQ(tail(whole.chopped(externBytes)), " dist 3 -1 0100");
+    EXPECT_EQ(tail(whole.chopped(externBytes + flagBytes)), " dist 3 -1 0000");
+    EXPECT_EQ(tail(samplesOnly), " newfile 0 0 0000");
+    // One field only, and flags of which the first and third are neither on nor off.
+    EXPECT_EQ(tail(samplesOnly + Bytes("\1\0\2\0\2\0xy\7\0\1\0\3\0\1\0\0\0")), " xy 0 0 0101");
 }
 
 TEST_F(SurveyFile, PasswordIsSquares) {
@@ -431,18 +326,12 @@ TEST_F(SurveyFile, PasswordIsSquares) {
 }
 
 TEST_F(SurveyFile, TextsBelongToAnswersInEachGeneration) {
-    Survey survey;
-    NewSurveyHead(survey, u"/"_s);
-    NewSurveyBody(survey);
-    survey.Questions[0].Anum = 3;
-    survey.Questions[0].ChoiceCount = 4;
-    survey.Choices(2, 0).Status = 1 << kEssay;
-    survey.Choices(3, 0).Status = 1 << kEssay;
-    RecalcLayout(survey);
-    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
-    survey.Samples.Allocate(1);
-    const qint16 answers[] = {1, 3, 2};
-    SetAnswers(survey, 0, 0, 3, answers);
+    SurveyBuilder builder;
+    builder.Question(QString(), QString(), 3, {u"a"_s, u"b"_s, u"c"_s});
+    builder.Status(0, 2, {kEssay});
+    builder.Status(0, 3, {kEssay});
+    builder.Sample({{1, 3, 2}});
+    Survey& survey = builder.Get();
     survey.Samples.SetEssay(0, 0, u"zero"_s);
     survey.Samples.SetEssay(0, 1, u"one"_s);
     const QByteArray current = WriteSurveyBytes(survey);
@@ -454,26 +343,23 @@ TEST_F(SurveyFile, TextsBelongToAnswersInEachGeneration) {
             bytes[4 + i] = static_cast<char>(~magic[32 - i]);
         Survey read;
         EXPECT_TRUE(ReadSurveyBytes(bytes, read));
-        QStringList texts;
-        for (int slot = 0; slot < 3; ++slot)
-            texts += read.Samples.Essay(0, slot);
-        return texts;
+        return (read.Samples.Essay(0, 0) + u'|' + read.Samples.Essay(0, 1) + u'|' + read.Samples.Essay(0, 2))
+            .toStdString();
     };
     const char* const now = "Velmor Quibra Datafile Since 95.9";
     const char* const older = "Velmor Quibra Datafile Since 95.6";
     const QByteArray two = Bytes("\2\0\0\0\4\0\4\0zero\1\0\3\0\3\0one");
-    EXPECT_EQ(slotsOf(now, two), (QStringList{u"zero"_s, u"one"_s, u""_s}));
+    EXPECT_EQ(slotsOf(now, two), "zero|one|");
     // Choices 3 and 2 bear the texts: they are the question's first and second.
-    EXPECT_EQ(slotsOf(older, two), (QStringList{u""_s, u"zero"_s, u"one"_s}));
+    EXPECT_EQ(slotsOf(older, two), "|zero|one");
     // Beyond the text-bearing answers a slot stays where it is, unless an answer's own text comes there.
-    EXPECT_EQ(slotsOf(older, Bytes("\1\0\2\0\1\0\1\0x")), (QStringList{u""_s, u""_s, u"x"_s}));
-    EXPECT_EQ(slotsOf(older, Bytes("\2\0\1\0\1\0\1\0a\2\0\1\0\1\0x")), (QStringList{u""_s, u""_s, u"a"_s}));
+    EXPECT_EQ(slotsOf(older, Bytes("\1\0\2\0\1\0\1\0x")), "||x");
+    EXPECT_EQ(slotsOf(older, Bytes("\2\0\1\0\1\0\1\0a\2\0\1\0\1\0x")), "||a");
     // The slot behind the last is a spare; nothing lies beyond it.
-    EXPECT_EQ(slotsOf(now, Bytes("\1\0\3\0\1\0\1\0x")), (QStringList{u""_s, u""_s, u""_s}));
-    for (const char slot : {'\4', '\377'}) {
-        const QByteArray essay = Bytes("\1\0") + slot + (slot < 0 ? '\377' : '\0') + Bytes("\1\0\1\0x");
-        for (const char* magic : {now, older})
-            EXPECT_THROW(slotsOf(magic, essay), RuntimeError);
+    EXPECT_EQ(slotsOf(now, Bytes("\1\0\3\0\1\0\1\0x")), "||");
+    for (const char* magic : {now, older}) {
+        EXPECT_THROW(slotsOf(magic, Bytes("\1\0\4\0\1\0\1\0x")), RuntimeError);
+        EXPECT_THROW(slotsOf(magic, Bytes("\1\0\377\377\1\0\1\0x")), RuntimeError);
     }
 }
 
@@ -488,23 +374,20 @@ TEST_F(SurveyFile, NumbersBeyondTheArraysAreRefusedWithTheDeadState) {
     ASSERT_EQ(bytes[questionCountAt], 1);
     ASSERT_EQ(bytes[limitAt + 4], 1);
 
-    const auto load = [&](int at, QByteArrayView value, bool insert = false) {
-        QByteArray damaged = bytes;
-        damaged.replace(at, insert ? 0 : value.size(), value.toByteArray());
-        return Load(Put(u"a.qb"_s, damaged));
-    };
-    const auto refused = [&](RuntimeErrorNumber number, int at, QByteArrayView value, bool insert = false) {
+    // `value` stands over the bytes at `at`, or in front of them.
+    const auto load = [&](int at, const QByteArray& value, bool insert = false) {
         session.NewSurvey();
+        return Load(Put(u"a.qb"_s, QByteArray(bytes).replace(at, insert ? 0 : value.size(), value)));
+    };
+    const auto refused = [&](RuntimeErrorNumber number, int at, const QByteArray& value, bool insert = false) {
         EXPECT_EQ(load(at, value, insert), kNothing);
-        EXPECT_EQ(Messages(), QStringList{LoadFailure(RuntimeError(number).Text(), folder.filePath(u"a.qb"_s))});
+        EXPECT_EQ(Messages(), QStringList{LoadFailure(number, folder.filePath(u"a.qb"_s))});
         EXPECT_EQ(user.transcript.last(), u"busy off"_s);
         EXPECT_TRUE(IsDead());
     };
-    QByteArray lines;
-    for (int i = 0; i < 15; ++i)
-        lines += Bytes("\1\0\0\0");
-    EXPECT_EQ(load(limitAt, lines.first(14 * 4), true), kLoaded);
-    refused(kErrorSubscript, limitAt, lines, true);
+    const QByteArray line = Bytes("\1\0\0\0");
+    EXPECT_EQ(load(limitAt, line.repeated(14), true), kLoaded);
+    refused(kErrorSubscript, limitAt, line.repeated(15), true);
     refused(kErrorSubscript, questionCountAt, Bytes("\xff\xff"));
     refused(kErrorSubscript, questionCountAt, Bytes("\x01\x01"));
     refused(kErrorSubscript, limitAt + 4, Bytes("\xff\xff"));  // Anum
@@ -515,7 +398,7 @@ TEST_F(SurveyFile, NumbersBeyondTheArraysAreRefusedWithTheDeadState) {
 
     QByteArray starts;
     for (int i = 0; i < 257; ++i)
-        starts += QByteArray(1, static_cast<char>(i)) + QByteArray(1, static_cast<char>((i >> 8) + 1));
+        starts.append(static_cast<char>(i)).append(static_cast<char>((i >> 8) + 1));
     const int lineStartAt = sampleCountAt - 2 - 4;
     refused(kErrorSubscript, lineStartAt, starts, true);
     starts.replace(512, 2, starts.mid(510, 2));
@@ -535,7 +418,7 @@ TEST_F(SurveyFile, CutAnywhereIsRefusedOrLoaded) {
                 ++loaded;
                 EXPECT_GT(length, whole.size() - 40) << qPrintable(name) << length;
             } else {
-                EXPECT_EQ(Messages().last(), LoadFailure(RuntimeError(kErrorPastEnd).Text(), path)) << length;
+                EXPECT_EQ(Messages().last(), LoadFailure(kErrorPastEnd, path)) << length;
                 EXPECT_TRUE(IsDead());
             }
         }
