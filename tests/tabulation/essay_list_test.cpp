@@ -22,58 +22,51 @@ TotalOption EssaysOf(int q, int choice, int condition) {
     return option;
 }
 
-// The listed answers as "ID:choice".
-QString Listed(const Survey& survey, const TotalOption& option) {
-    SheetRig rig(survey);
-    rig.sheet.DoTotal(option);
-    QStringList listed;
-    for (const TotalSheet::EssayRow& row : rig.sheet.EssayRows)
-        listed << u"%1:%2"_s.arg(row.IDno).arg(row.Cno);
-    return listed.join(u' ');
-}
-
 }  // namespace
 
 // Sample 7 answered, but the question is only for those who named a fruit.
 TEST(EssayList, EachConditionTakesItsAnswers) {
     SurveyBuilder builder = FruitSurvey();
-    const Survey& survey = builder.Get();
-    EXPECT_EQ(Listed(survey, EssaysOf(kPlaces, kAnyChoice, kEssayAny)),
-              u"1:1 1:2 2:2 3:3 3:1 4:1 5:1 5:2 6:4 8:1 9:3 9:4"_s);
-    EXPECT_EQ(Listed(survey, EssaysOf(kPlaces, 1, kEssayAny)), u"1:1 3:1 4:1 5:1 8:1"_s);
-    EXPECT_EQ(Listed(survey, EssaysOf(kPlaces, 0, kEssayAny)), QString());
-    EXPECT_EQ(Listed(survey, EssaysOf(kPlaces, kAnyChoice, kEssayEmpty)), u"6:4 8:1 9:4"_s);
-    EXPECT_EQ(Listed(survey, EssaysOf(kPlaces, 1, kEssayFilled)), u"1:1 3:1 4:1 5:1"_s);
-    EXPECT_EQ(Listed(survey, EssaysOf(kPlaces, kAnyChoice, kEssayNoCondition)),
-              u"1:0 2:0 3:0 4:0 5:0 6:0 8:0 9:0 10:0"_s);
-
-    TotalOption holds = EssaysOf(kPlaces, kAnyChoice, kEssayHolds);
-    EXPECT_EQ(Listed(survey, holds), Listed(survey, EssaysOf(kPlaces, kAnyChoice, kEssayAny)));
-    holds.EssayText = u"畑"_s;
-    EXPECT_EQ(Listed(survey, holds), u"3:3 9:3"_s);
-    holds.Rank = 2;
-    EXPECT_EQ(Listed(survey, holds), QString());
-    holds.Rank = 1;
-    EXPECT_EQ(Listed(survey, holds), u"3:3 9:3"_s);
-
-    TotalOption number = EssaysOf(kPlaces, 1, kEssayNumber);
-    number.NumLow = 3.5;
-    number.NumHigh = 12;
-    EXPECT_EQ(Listed(survey, number), u"1:1 3:1"_s);
-    number.NumLow = -1;
-    number.NumHigh = 3.4;
-    EXPECT_EQ(Listed(survey, number), u"4:1"_s) << "what is no number is not 0";
-
-    TotalOption code = EssaysOf(kPlaces, 2, kEssayCode);
-    code.CodeLow = u"AB"_s;
-    code.CodeHigh = u"aB"_s;
-    EXPECT_EQ(Listed(survey, code), u"1:2"_s);
-    code.CodeHigh = u"B"_s;
-    EXPECT_EQ(Listed(survey, code), u"1:2 2:2"_s);
-    code.CodeLow = code.CodeHigh = u"?"_s;
-    EXPECT_EQ(Listed(survey, code), u"5:2"_s);
-    code.Limits(1, 0) = SurveyBuilder::Line(3, 1, 1);
-    EXPECT_EQ(Listed(survey, code), QString());
+    SheetRig rig(builder.Get());
+    const QString all = u"1:1 1:2 2:2 3:3 3:1 4:1 5:1 5:2 6:4 8:1 9:3 9:4"_s;
+    // The listed answers as "ID:choice".
+    const struct {
+        int choice, condition;
+        QString listed, low = {}, high = {};
+        qint16 rank = 0;
+        int limit = 0;
+    } cases[] = {
+        {kAnyChoice, kEssayAny, all},
+        {1, kEssayAny, u"1:1 3:1 4:1 5:1 8:1"_s},
+        {0, kEssayAny, {}},
+        {kAnyChoice, kEssayEmpty, u"6:4 8:1 9:4"_s},
+        {1, kEssayFilled, u"1:1 3:1 4:1 5:1"_s},
+        {kAnyChoice, kEssayNoCondition, u"1:0 2:0 3:0 4:0 5:0 6:0 8:0 9:0 10:0"_s},
+        {kAnyChoice, kEssayHolds, all},
+        {kAnyChoice, kEssayHolds, u"3:3 9:3"_s, u"畑"_s},
+        {kAnyChoice, kEssayHolds, {}, u"畑"_s, {}, 2},
+        {kAnyChoice, kEssayHolds, u"3:3 9:3"_s, u"畑"_s, {}, 1},
+        {1, kEssayNumber, u"1:1 3:1"_s, u"3.5"_s, u"12"_s},
+        {1, kEssayNumber, u"4:1"_s, u"-1"_s, u"3.4"_s},  // what is no number is not 0
+        {2, kEssayCode, u"1:2"_s, u"AB"_s, u"aB"_s},
+        {2, kEssayCode, u"1:2 2:2"_s, u"AB"_s, u"B"_s},
+        {2, kEssayCode, u"5:2"_s, u"?"_s, u"?"_s},
+        {2, kEssayCode, {}, u"?"_s, u"?"_s, 0, 1},
+    };
+    for (const auto& [choice, condition, listed, low, high, rank, limit] : cases) {
+        TotalOption option = EssaysOf(kPlaces, choice, condition);
+        option.EssayText = option.CodeLow = low;
+        option.CodeHigh = high;
+        option.NumLow = low.toDouble();
+        option.NumHigh = high.toDouble();
+        option.Rank = rank;
+        if (limit > 0) option.Limits(1, 0) = SurveyBuilder::Line(3, 1, limit);
+        rig.sheet.DoTotal(option);
+        QStringList rows;
+        for (const TotalSheet::EssayRow& row : rig.sheet.EssayRows)
+            rows << u"%1:%2"_s.arg(row.IDno).arg(row.Cno);
+        EXPECT_EQ(rows.join(u' '), listed) << choice << ' ' << condition;
+    }
 }
 
 TEST(EssayList, SheetShowsRowsReferencesAndTheAverage) {
@@ -99,7 +92,6 @@ TEST(EssayList, SheetShowsRowsReferencesAndTheAverage) {
     EXPECT_EQ(rig.sheet.grid.ColumnWidth(4), 1400);
     EXPECT_EQ(rig.sheet.grid.Alignment(1), CellAlignment::LeftCenter);
     EXPECT_EQ(rig.sheet.grid.Alignment(3), CellAlignment::LeftTop);
-    EXPECT_FALSE(rig.sheet.HasNext);
     // The selection that a writer walks.
     EXPECT_EQ(rig.sheet.EssayDnoCount(), 4);
     for (int pass = 0; pass < 2; ++pass) {
@@ -119,10 +111,8 @@ TEST(EssayList, SheetShowsRowsReferencesAndTheAverage) {
 
     option.Limits(1, 0) = SurveyBuilder::Line(3, 0, 0);
     rig.sheet.DoTotal(option);
-    EXPECT_EQ(rig.Row(4).at(0), u"のべ0人"_s);
-    EXPECT_EQ(rig.Row(4).at(1), QString());
-    EXPECT_EQ(rig.sheet.EssayDnoCount(), 1);
-    EXPECT_EQ(rig.sheet.EssayDno(), -1);
+    EXPECT_EQ(rig.Rows(4, 4), QStringList(u"のべ0人||||||||"_s));
+    EXPECT_TRUE(rig.sheet.EssayDnoCount() == 1 && rig.sheet.EssayDno() == -1);
 }
 
 TEST(EssayList, LongListGoesOnWhereTheLastPartEnded) {
@@ -145,15 +135,14 @@ TEST(EssayList, LongListGoesOnWhereTheLastPartEnded) {
     rig.sheet.DoTotal(option);
     EXPECT_EQ(rig.sheet.EssayRows.size(), 204u);
     EXPECT_EQ(rig.sheet.EssayRows.front().Dno, 3332);
-    EXPECT_EQ(rig.sheet.FromDno, 0);
-    EXPECT_FALSE(rig.sheet.HasNext);
+    EXPECT_TRUE(!rig.sheet.HasNext && rig.sheet.FromDno == 0);
     EXPECT_EQ(rig.monitor.percents.join(u' '), u"99%"_s);
     EXPECT_TRUE(rig.ui.transcript.isEmpty());
     // Cancelled at the second look at the samples, the list ends in a total of what it has.
     rig.monitor.cancelAtReport = 2;
     rig.sheet.DoTotal(option);
     EXPECT_EQ(rig.Row(rig.sheet.grid.Rows() - 1).mid(0, 3).join(u'|'), u"のべ150人|平均 |1"_s);
-    EXPECT_EQ(rig.monitor.redrawOff, 0);
+    EXPECT_TRUE(rig.IsAtRest());
 }
 
 TEST(EssayList, DamagedAnswersAreARunTimeErrorAndLeaveTheMonitorAtRest) {
@@ -163,8 +152,7 @@ TEST(EssayList, DamagedAnswersAreARunTimeErrorAndLeaveTheMonitorAtRest) {
     builder.Get().Samples.Bits(0)[0] = 200;
     SheetRig rig(builder.Get());
     EXPECT_THROW(rig.sheet.DoTotal(EssaysOf(0, 128, kEssayAny)), RuntimeError);
-    EXPECT_FALSE(rig.monitor.running);
-    EXPECT_EQ(rig.monitor.redrawOff, 0);
+    EXPECT_TRUE(rig.IsAtRest());
 }
 
 }  // namespace quibra

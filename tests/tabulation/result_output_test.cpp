@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QFile>
 #include <cctype>
 #include <random>
 
 #include "core/code_page.h"
+#include "support/survey_bytes.h"
 #include "tabulation/html_result.h"
 #include "tabulation/sheet_rig.h"
 #include "tabulation/total_json.h"
@@ -15,44 +15,30 @@ namespace quibra {
 
 namespace {
 
-QByteArray Contents(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-
 QString GoldenFolder(const char* name) {
     return QStringLiteral(QUIBRA_SOURCE_DIR "/tests/tabulation/golden/%1/").arg(QString::fromUtf8(name));
 }
 
-struct GoldenCase {
-    const char* folder;  // below golden/: option.json is totalled, and written as expected.html
-    TotalView view;
-    std::vector<int> refQno;
-};
+}  // namespace
 
-class GoldenHtml : public testing::TestWithParam<GoldenCase> {};
-
-TEST_P(GoldenHtml, EveryByteOfThePage) {
-    const QString folder = GoldenFolder(GetParam().folder);
+// option.json is totalled, and written as expected.html.
+TEST(GoldenHtml, EveryByteOfThePage) {
     SurveyBuilder builder = FruitSurvey();
     builder.Get().Title = u"果物 & <B>店</B> é 😀"_s;
-    SheetRig rig(builder.Get());
-    rig.sheet.view = GetParam().view;
-    rig.sheet.RefQno = GetParam().refQno;
-    rig.sheet.DoTotal(ReadTotalOptionJson(Contents(folder + u"option.json"_s), builder.Get()));
-    const QByteArray page = WriteHtml(builder.Get(), rig.sheet);
-    EXPECT_EQ(DecodeCodePage(page), DecodeCodePage(Contents(folder + u"expected.html"_s)));
-    EXPECT_EQ(page, Contents(folder + u"expected.html"_s));
+    for (const auto& [folder, view, refQno] :
+         {std::tuple{"cross-counts-and-percent", TotalView(), std::vector<int>()},
+          {"sorted-percent-rough", TotalView{.percent = TotalView::PercentOnly, .sort = true}, {}},
+          {"essays-with-references", TotalView(), {0, 1}}}) {
+        SheetRig rig(builder.Get());
+        rig.sheet.view = view;
+        rig.sheet.RefQno = refQno;
+        rig.sheet.DoTotal(ReadTotalOptionJson(FileBytes(GoldenFolder(folder) + u"option.json"_s), builder.Get()));
+        const QByteArray page = WriteHtml(builder.Get(), rig.sheet);
+        const QByteArray expected = FileBytes(GoldenFolder(folder) + u"expected.html"_s);
+        EXPECT_EQ(DecodeCodePage(page), DecodeCodePage(expected));
+        EXPECT_EQ(page, expected);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Cases, GoldenHtml,
-    testing::Values(GoldenCase{"cross-counts-and-percent", {}, {}},
-                    GoldenCase{"sorted-percent-rough", {.percent = TotalView::PercentOnly, .sort = true}, {}},
-                    GoldenCase{"essays-with-references", {}, {0, 1}}));
-
-}  // namespace
 
 TEST(TotalJson, TellsWhatTheTableShows) {
     SurveyBuilder builder = FruitSurvey();
@@ -164,7 +150,7 @@ TEST(TotalOptionJson, DamagedOptionsAreRefusedOrTotalled) {
     const auto pick = [&](qsizetype below) { return std::uniform_int_distribution<qsizetype>(0, below - 1)(random); };
     std::vector<QByteArray> sources;
     for (const char* folder : {"cross-counts-and-percent", "sorted-percent-rough", "essays-with-references"})
-        sources.push_back(Contents(GoldenFolder(folder) + u"option.json"_s));
+        sources.push_back(FileBytes(GoldenFolder(folder) + u"option.json"_s));
     int read = 0;
     for (int round = 0; round < 4000; ++round) {
         QByteArray json = sources[static_cast<size_t>(pick(3))];

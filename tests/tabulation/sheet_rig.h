@@ -35,6 +35,7 @@ struct SheetRig {
     // The texts of a row, its empty cells included.
     QStringList Row(int row) const;
     QStringList Rows(int from, int to) const;
+    bool IsAtRest() const { return !monitor.running && monitor.redrawOff == 0; }
 
     ScriptedInterface ui;
     RecordingMonitor monitor;

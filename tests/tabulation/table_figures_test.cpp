@@ -12,30 +12,30 @@ namespace quibra {
 
 TEST(TableFigures, SortingKeepsTheExchangeSortsTreatmentOfEqualFigures) {
     EXPECT_EQ(RowOrder({9, 1, 2}, false), (std::vector<int>{1, 2, 0}));
-    EXPECT_EQ(RowOrder({9, 1, 2}, true), (std::vector<int>{0, 2, 1}));
-    EXPECT_EQ(RowOrder({4, 4, 4, 4}, true), (std::vector<int>{1, 2, 3, 0}));
-    // The swap of 1 and 3 carries 1 behind its equal 2.
-    EXPECT_EQ(RowOrder({0, 5, 5, 7}, true), (std::vector<int>{3, 2, 1, 0}));
-    EXPECT_EQ(RowOrder({6, 2, 2, 9, 2}, true), (std::vector<int>{3, 0, 1, 4, 2}));
-    EXPECT_EQ(RowOrder({}, true), std::vector<int>());
+    // In the fourth, the swap of 1 and 3 carries 1 behind its equal 2.
+    const std::pair<std::vector<qint32>, std::vector<int>> cases[] = {{{9, 1, 2}, {0, 2, 1}},
+                                                                      {{4, 4, 4, 4}, {1, 2, 3, 0}},
+                                                                      {{6, 2, 2, 9, 2}, {3, 0, 1, 4, 2}},
+                                                                      {{0, 5, 5, 7}, {3, 2, 1, 0}},
+                                                                      {{}, {}}};
+    for (const auto& [figures, order] : cases)
+        EXPECT_EQ(RowOrder(figures, true), order);
 }
 
 TEST(TableFigures, PercentagesAreRoundedIn32BitFloats) {
-    PercentColumn eighty(80);
-    EXPECT_EQ(PercentText(eighty.Add(7)), u"8.8%"_s);
-    PercentColumn thirds(3);
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(PercentText(thirds.Add(1)), u"33.3%"_s);
-    EXPECT_EQ(PercentText(thirds.Sum()), u"99.9%"_s);
-    PercentColumn several(6);
-    for (const int figure : {4, 4, 4})
-        several.Add(figure);
-    EXPECT_EQ(PercentText(several.Sum()), u"200.1%"_s);
-    PercentColumn nobody(0);
-    EXPECT_EQ(PercentText(nobody.Add(0)), u"0.0%"_s);
-    EXPECT_EQ(PercentText(nobody.Sum()), u"0.0%"_s);
-    PercentColumn billion(2000000000);
-    EXPECT_EQ(PercentText(billion.Add(1999999999)), u"100.0%"_s);
+    const std::tuple<qint32, std::vector<qint32>, QString, QString> cases[] = {
+        {80, {7}, u"8.8%"_s, u"8.8%"_s},
+        {3, {1, 1, 1}, u"33.3%"_s, u"99.9%"_s},
+        {6, {4, 4, 4}, u"66.7%"_s, u"200.1%"_s},
+        {0, {0}, u"0.0%"_s, u"0.0%"_s},
+        {2000000000, {1999999999}, u"100.0%"_s, u"100.0%"_s},
+    };
+    for (const auto& [persons, figures, share, sum] : cases) {
+        PercentColumn column(persons);
+        for (const qint32 figure : figures)
+            EXPECT_EQ(PercentText(column.Add(figure)), share);
+        EXPECT_EQ(PercentText(column.Sum()), sum);
+    }
 }
 
 TEST(ResultGrid, KeepsWhatStaysInsideAndRefusesWhatLiesOutside) {
@@ -60,13 +60,15 @@ TEST(ResultGrid, KeepsWhatStaysInsideAndRefusesWhatLiesOutside) {
 }
 
 TEST(ResultGrid, ClipTextEndsRowsWithCrLfAndLosesALastRowOfOneCharacter) {
-    EXPECT_EQ(ClipText(u"a\tb\rc\td"_s), u"a\tb\r\nc\td\r\n"_s);
-    EXPECT_EQ(ClipText(u"ab"_s), u"ab\r\n"_s);
-    EXPECT_EQ(ClipText(u"a"_s), QString());
-    EXPECT_EQ(ClipText(u"ab\rc"_s), u"ab\r\n"_s);
-    EXPECT_EQ(ClipText(u"ab\r"_s), u"ab\r\n"_s);
-    EXPECT_EQ(ClipText(u"\r\rab"_s), u"\r\n\r\nab\r\n"_s);
-    EXPECT_EQ(ClipText(QString()), QString());
+    const std::pair<QString, QString> cases[] = {{u"a\tb\rc\td"_s, u"a\tb\r\nc\td\r\n"_s},
+                                                 {u"ab"_s, u"ab\r\n"_s},
+                                                 {u"a"_s, QString()},
+                                                 {u"\r\rab"_s, u"\r\n\r\nab\r\n"_s},
+                                                 {u"ab\rc"_s, u"ab\r\n"_s},
+                                                 {u"ab\r"_s, u"ab\r\n"_s},
+                                                 {QString(), QString()}};
+    for (const auto& [dump, text] : cases)
+        EXPECT_EQ(ClipText(dump), text);
 }
 
 }  // namespace quibra

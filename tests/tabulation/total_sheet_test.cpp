@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
-
 #include "core/answer_store.h"
 #include "tabulation/sheet_rig.h"
 
@@ -29,15 +26,11 @@ TEST(TotalSheet, SimpleTotalOfTenSamplesCellByCell) {
                                                           u"[人数]|10|100.0%||"_s,
                                                           u"||||"_s,
                                                       }));
-    EXPECT_LT(rig.sheet.RowCode(0, 1), 0);
-    EXPECT_EQ(rig.sheet.RowCode(0, 5), PackPosition(0, 2));
-    EXPECT_EQ(rig.sheet.RowCode(0, 7), 0);
-    EXPECT_EQ(rig.sheet.RowCode(0, 8), -32768);
+    for (const auto& [row, code] : {std::pair{1, -32768}, {5, PackPosition(0, 2)}, {7, 0}, {8, -32768}})
+        EXPECT_EQ(rig.sheet.RowCode(0, row), code) << row;
     EXPECT_EQ(rig.monitor.percents, QStringList({u"0%"_s, u"100%"_s}));
     EXPECT_EQ(rig.monitor.lastPass, u"質問:Q0/Q0まで  限定条件:1/1"_s);
-    EXPECT_FALSE(rig.monitor.running);
-    EXPECT_EQ(rig.monitor.redrawOff, 0);
-    EXPECT_TRUE(rig.ui.transcript.isEmpty());
+    EXPECT_TRUE(rig.IsAtRest() && rig.ui.transcript.isEmpty());
 }
 
 TEST(TotalSheet, CrossInEveryViewAndBackWithoutCountingAgain) {
@@ -146,20 +139,17 @@ TEST(TotalSheet, CancelKeepsWhatTheWalkHadReachedAndShowsOnlyWholeBlocks) {
     EXPECT_EQ(rig.monitor.percents.mid(9).join(u' '), u"0% 100% 0% 100% 0% 100% 0% 100%"_s);
     EXPECT_TRUE(rig.sheet.chkTotaled);
     const int second = rig.sheet.RowStart(1);
-    EXPECT_EQ(rig.sheet.Counts(0, rig.sheet.RowStart(0) + 8), 875);
-    EXPECT_EQ(rig.sheet.Counts(0, second + 8), 500);
-    EXPECT_EQ(rig.sheet.Counts(0, second + 3), 500);
-    EXPECT_EQ(rig.sheet.Counts(1, rig.sheet.RowStart(0) + 8), 0);
+    const std::tuple<int, int, int> counts[] = {{0, 9, 875}, {0, second + 8, 500}, {0, second + 3, 500}, {1, 9, 0}};
+    for (const auto& [L, row, count] : counts)
+        EXPECT_EQ(rig.sheet.Counts(L, row), count) << L << ' ' << row;
     EXPECT_EQ(rig.Row(4).at(1), u"875"_s);
-    EXPECT_EQ(rig.Row(second).at(0), QString());
-    EXPECT_EQ(rig.Row(3).at(4), QString());
+    EXPECT_EQ(rig.Row(second).at(0) + rig.Row(3).at(4), QString());
     // A view command shows the partial table without a new count.
     rig.monitor.cancelAtReport = 0;
     rig.sheet.view.sort = true;
     rig.sheet.RunTotal();
     EXPECT_EQ(rig.monitor.reports, 0);
-    EXPECT_EQ(rig.Row(second + 3).mid(0, 3).join(u'|'), u"1|500|100.0%"_s);
-    EXPECT_EQ(rig.Row(second + 8).mid(0, 3).join(u'|'), u"[人数]|500|100.0%"_s);
+    EXPECT_TRUE(rig.Rows(second + 3, second + 3)[0].startsWith(u"1|500|100.0%|"_s));
     rig.monitor.cancelAtReport = 1;
     rig.sheet.DoTotal(TableOf(0, 0));
     EXPECT_EQ(rig.sheet.Counts(0, 9), 0);
@@ -168,9 +158,8 @@ TEST(TotalSheet, CancelKeepsWhatTheWalkHadReachedAndShowsOnlyWholeBlocks) {
 
 TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
     SurveyBuilder builder;
-    QStringList choices(94, u"c"_s);
     for (int q = 0; q < 25; ++q)
-        builder.Question(u"名%1"_s.arg(q), u"本文"_s, 2, choices);
+        builder.Question(u"名%1"_s.arg(q), u"本文"_s, 2, QStringList(94, u"c"_s));
     builder.Sample({{1}});
     SheetRig rig(builder.Get());
     // Blocks of 100 rows from row 1 on: the 20th ends in front of row 2001.
@@ -180,8 +169,7 @@ TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
                   UserInterface::DefaultTitle()));
     EXPECT_EQ(rig.sheet.option.ToQno, 18);
     EXPECT_EQ(rig.sheet.RowStart(18), 1801);
-    EXPECT_EQ(rig.sheet.RowStart(19), 2001);
-    EXPECT_EQ(rig.sheet.grid.Rows(), 2001);
+    EXPECT_TRUE(rig.sheet.RowStart(19) == 2001 && rig.sheet.grid.Rows() == 2001);
     EXPECT_EQ(rig.Row(1899).at(0), u"[人数]"_s);
     EXPECT_EQ(rig.Rows(1900, 2000).join(QString()).remove(u'|'), QString());
     rig.ui.transcript.clear();
@@ -190,19 +178,17 @@ TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
 }
 
 TEST(TotalSheet, RoughTotalVisitsAboutTwoHundredSamplesAndSmallSurveysWhole) {
-    SurveyBuilder small = LongSurvey(150);
-    SheetRig whole(small.Get());
-    TotalOption option = TableOf(0, 0);
-    option.Rough = true;
-    whole.sheet.DoTotal(option);
-    EXPECT_EQ(whole.Row(9).join(u'|'), u"[粗集計人数]|150|100.0%||"_s);
-    SurveyBuilder large = LongSurvey(20000);
-    SheetRig rig(large.Get());
-    rig.sheet.DoTotal(option);
-    const qint32 persons = rig.sheet.Counts(0, 9);
-    EXPECT_GT(persons, 150);
-    EXPECT_LT(persons, 260);
-    EXPECT_EQ(rig.monitor.percents.first(), u"0%"_s);
+    for (const auto& [samples, least, most] : {std::tuple{150, 150, 150}, {20000, 151, 259}}) {
+        SurveyBuilder builder = LongSurvey(samples);
+        SheetRig rig(builder.Get());
+        TotalOption option = TableOf(0, 0);
+        option.Rough = true;
+        rig.sheet.DoTotal(option);
+        const qint32 persons = rig.sheet.Counts(0, 9);
+        EXPECT_TRUE(least <= persons && persons <= most) << persons;
+        EXPECT_EQ(rig.Rows(9, 9), QStringList(u"[粗集計人数]|%1|100.0%||"_s.arg(persons)));
+        EXPECT_EQ(rig.monitor.percents.first(), u"0%"_s);
+    }
 }
 
 TEST(TotalSheet, DamagedAnswersEndInTheToldMessageNotInACrash) {
@@ -217,99 +203,6 @@ TEST(TotalSheet, DamagedAnswersEndInTheToldMessageNotInACrash) {
     EXPECT_TRUE(rig.ui.transcript.first().contains(u"結果表示の際にエラーが起きました。集計結果ファイルが"_s));
     EXPECT_EQ(rig.monitor.redrawOff, 0);
     EXPECT_EQ(rig.Row(4).at(1), u"6"_s);
-}
-
-// What a table means, told over plain answers.
-struct PlainSurvey {
-    std::vector<std::vector<std::vector<int>>> samples;  // by sample, question, position
-
-    // `line` names an answer that is required, or excluded (kind 4); at any position when its rank is 0.
-    bool Meets(size_t dno, const LimitLine& line) const {
-        const std::vector<int>& answers = samples[dno][static_cast<size_t>(line.b / 128)];
-        const int choice = line.b % 128;
-        const size_t rank = static_cast<size_t>(line.a / 16);
-        bool has = rank > 0 ? rank <= answers.size() && answers[rank - 1] == choice
-                            : std::ranges::find(answers, choice) != answers.end();
-        if (rank <= 1 && choice == 0 && answers.empty()) has = true;
-        return has == (line.a % 16 == 3);
-    }
-};
-
-TEST(TotalSheet, RandomTotalsAgreeWithPlainCounting) {
-    std::mt19937 random(20);
-    const auto pick = [&](int from, int to) { return std::uniform_int_distribution(from, to)(random); };
-    for (int round = 0; round < 150; ++round) {
-        SurveyBuilder builder;
-        PlainSurvey plain;
-        const int questions = pick(1, 5);
-        std::vector<int> choices, answers;
-        for (int q = 0; q < questions; ++q) {
-            choices.push_back(pick(1, q == 0 ? 127 : 9));
-            answers.push_back(pick(1, 4));
-            builder.Question(u"n"_s, u"b"_s, answers.back(), QStringList(choices.back(), u"c"_s));
-        }
-        const auto line = [&] {
-            const int q = pick(0, questions - 1);
-            return SurveyBuilder::Line(pick(3, 4), q, pick(0, choices[static_cast<size_t>(q)]), pick(0, 2));
-        };
-        std::vector<std::vector<LimitLine>> ofQuestion(static_cast<size_t>(questions));
-        for (int q = 1; q < questions; ++q) {
-            if (pick(0, 1)) continue;
-            ofQuestion[static_cast<size_t>(q)] = {line()};
-            builder.QuestionLimit(q, {ofQuestion[static_cast<size_t>(q)][0]});
-        }
-        for (int i = pick(0, 300); i > 0; --i) {
-            std::vector<std::vector<GivenAnswer>> given;
-            std::vector<std::vector<int>> sample;
-            for (size_t q = 0; q < choices.size(); ++q) {
-                sample.emplace_back();
-                for (int k = pick(0, answers[q]); k > 0; --k)
-                    sample.back().push_back(pick(1, choices[q]));
-                given.emplace_back(sample.back().begin(), sample.back().end());
-            }
-            builder.Sample(given);
-            plain.samples.push_back(sample);
-        }
-        TotalOption option = TableOf(pick(0, questions - 1), questions - 1, pick(0, 3));
-        SetCrossQuestion(option, builder.Get(), pick(0, questions - 1));
-        const LimitLine wholeLimit = line();
-        if (pick(0, 1)) option.Limits(1, 0) = wholeLimit;
-        SheetRig rig(builder.Get());
-        rig.sheet.view.sort = pick(0, 1);
-        rig.sheet.DoTotal(option);
-        for (int q = option.FromQno; q < questions; ++q) {
-            for (int L = 0; L < option.LimitCount; ++L) {
-                std::vector<qint32> counts(128);
-                qint32 persons = 0;
-                for (size_t dno = 0; dno < plain.samples.size(); ++dno) {
-                    std::vector<LimitLine> lines = ofQuestion[static_cast<size_t>(q)];
-                    if (option.Limits(1, 0).a != 0) lines.push_back(wholeLimit);
-                    lines.push_back(option.Limits(1, L + 1));
-                    if (!std::ranges::all_of(lines, [&](const LimitLine& each) { return plain.Meets(dno, each); }))
-                        continue;
-                    ++persons;
-                    std::vector<int> counted = plain.samples[dno][static_cast<size_t>(q)];
-                    const size_t rank = static_cast<size_t>(option.Rank);
-                    if (rank > 0)
-                        counted = rank <= counted.size() ? std::vector{counted[rank - 1]} : std::vector<int>{};
-                    if (counted.empty()) counted = {0};
-                    for (const int c : counted)
-                        ++counts[static_cast<size_t>(c)];
-                }
-                const std::vector<TotalSheet::BlockRow> block = rig.sheet.Block(q, L);
-                ASSERT_EQ(block.size(), static_cast<size_t>(choices[static_cast<size_t>(q)]) + 2);
-                ASSERT_EQ(block.back().Figure, persons) << round << ' ' << q << ' ' << L;
-                for (size_t i = 0; i + 1 < block.size(); ++i) {
-                    ASSERT_EQ(block[i].Figure, counts[static_cast<size_t>(PositionAnswer(block[i].RowCode))])
-                        << round << ' ' << q << ' ' << L;
-                    const bool ordered = !rig.sheet.view.sort || i == 0 || block[i].Figure <= block[i - 1].Figure;
-                    ASSERT_TRUE(ordered);
-                }
-                const int column = rig.sheet.ColStart(L) + (L == 0 || rig.sheet.view.sort ? 1 : 0);
-                ASSERT_EQ(rig.sheet.grid.Text(column, rig.sheet.RowStart(q) + 3), QString::number(block[0].Figure));
-            }
-        }
-    }
 }
 
 }  // namespace quibra
