@@ -82,6 +82,7 @@ TEST(ConditionNotation, WhatIsNoConditionIsRefusedByName) {
         {u"Q1=1 |P3"_s, u"|P3"_s, u"既成限定の前に「|」は書けません。"_s},
         {u"-P3"_s, u"-P3"_s, u"既成限定の前に「-」は書けません。"_s},
         {u"P16"_s, u"P16"_s, u"既成限定P16はありません。既成限定はP0からP15までです。"_s},
+        {u"P99999999999"_s, u"P99999999999"_s, u"既成限定P99999999999はありません。既成限定はP0からP15までです。"_s},
         {fourteen + u"|Q2=1"_s, u"|Q2=1"_s, u"条件は14個までです。"_s},
         {fourteen.chopped(5) + u"Q2=1..2"_s, u"Q2=1..2"_s, u"条件は14個までです。"_s},
     };

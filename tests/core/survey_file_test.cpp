@@ -343,20 +343,22 @@ TEST_F(SurveyFile, TextsBelongToAnswersInEachGeneration) {
             bytes[4 + i] = static_cast<char>(~magic[32 - i]);
         Survey read;
         EXPECT_TRUE(ReadSurveyBytes(bytes, read));
-        return (read.Samples.Essay(0, 0) + u'|' + read.Samples.Essay(0, 1) + u'|' + read.Samples.Essay(0, 2))
-            .toStdString();
+        QString texts;
+        for (int slot = 0; slot < 4; ++slot)
+            texts += read.Samples.Essay(0, slot) + u'|';
+        return texts.toStdString();
     };
     const char* const now = "Velmor Quibra Datafile Since 95.9";
     const char* const older = "Velmor Quibra Datafile Since 95.6";
     const QByteArray two = Bytes("\2\0\0\0\4\0\4\0zero\1\0\3\0\3\0one");
-    EXPECT_EQ(slotsOf(now, two), "zero|one|");
+    EXPECT_EQ(slotsOf(now, two), "zero|one|||");
     // Choices 3 and 2 bear the texts: they are the question's first and second.
-    EXPECT_EQ(slotsOf(older, two), "|zero|one");
+    EXPECT_EQ(slotsOf(older, two), "|zero|one||");
     // Beyond the text-bearing answers a slot stays where it is, unless an answer's own text comes there.
-    EXPECT_EQ(slotsOf(older, Bytes("\1\0\2\0\1\0\1\0x")), "||x");
-    EXPECT_EQ(slotsOf(older, Bytes("\2\0\1\0\1\0\1\0a\2\0\1\0\1\0x")), "||a");
+    EXPECT_EQ(slotsOf(older, Bytes("\1\0\2\0\1\0\1\0x")), "||x||");
+    EXPECT_EQ(slotsOf(older, Bytes("\2\0\1\0\1\0\1\0a\2\0\1\0\1\0x")), "||a||");
     // The slot behind the last is a spare; nothing lies beyond it.
-    EXPECT_EQ(slotsOf(now, Bytes("\1\0\3\0\1\0\1\0x")), "||");
+    EXPECT_EQ(slotsOf(now, Bytes("\1\0\3\0\1\0\1\0x")), "||||");
     for (const char* magic : {now, older}) {
         EXPECT_THROW(slotsOf(magic, Bytes("\1\0\4\0\1\0\1\0x")), RuntimeError);
         EXPECT_THROW(slotsOf(magic, Bytes("\1\0\377\377\1\0\1\0x")), RuntimeError);
