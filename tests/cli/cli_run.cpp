@@ -19,6 +19,7 @@ CliRun CliTest::RunProgram(const QString& program, const QStringList& arguments)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"PATH"_s, QStringLiteral(QUIBRA_BIN_DIR ":") + environment.value(u"PATH"_s));
     environment.insert(u"SOURCE"_s, SourcePath(QString()));
+    environment.insert(u"BASH_ENV"_s, SourcePath(u"tests/cli/sessions/functions.sh"_s));
     environment.insert(u"PYTHON"_s, QStringLiteral(QUIBRA_PYTHON));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(folder_.path());

@@ -21,8 +21,8 @@ QString SourcePath(const QString& name);
 
 class CliTest : public testing::Test {
   protected:
-    // In the folder, with the built programs first in PATH, the project in SOURCE, the interpreter of scripts in
-    // PYTHON.
+    // In the folder, with the built programs first in PATH, the project in SOURCE, the interpreter of scripts in PYTHON
+    // and the functions of sessions/.
     CliRun RunProgram(const QString& program, const QStringList& arguments) const;
     CliRun Cli(const QStringList& arguments) const;
     // What quibra-cli prints; it must have nothing to complain of.

@@ -37,6 +37,8 @@ TEST_P(CliSession, GoesAsItIsTold) {
     EXPECT_EQ((said.join(u'\n') + u'\n').toStdString(), told.join(u'\n').toStdString());
 }
 
-INSTANTIATE_TEST_SUITE_P(Cli, CliSession, testing::Values("answers", "files", "locks", "results", "streams", "usage"));
+INSTANTIATE_TEST_SUITE_P(Cli, CliSession,
+                         testing::Values("answers", "conditions", "definitions", "essays", "files", "locks", "options",
+                                         "results", "streams", "tables", "usage"));
 
 }  // namespace quibra

@@ -1,0 +1,23 @@
+# changed FROM TO: builds a survey of two questions from definition.json with FROM changed to TO.
+changed() {
+    text=$(< "$SOURCE/tests/cli/sessions/definition.json")
+    printf %s "${text/"$1"/"$2"}" > changed.json
+    quibra-cli build changed.json changed.qb
+}
+
+# option JSON: totals the survey of fruits with the options in JSON.
+option() {
+    printf %s "$1" > option.json
+    quibra-cli total fruit.qb --option option.json
+}
+
+# repeat COUNT TEXT
+repeat() {
+    printf "%.0s$2" $(seq "$1")
+}
+
+# listed OPTION...: the answers in the list of texts of fruits' question 3, as ID:choice.
+listed() {
+    quibra-cli essays fruit.qb 3 "$@" --format=json |
+        sed -n 's/.*"\(IDno\|Cno\)": *\([0-9]*\).*/\2/p' | paste -d : - - | paste -sd ' '
+}
