@@ -39,6 +39,6 @@ TEST_P(CliSession, GoesAsItIsTold) {
 
 INSTANTIATE_TEST_SUITE_P(Cli, CliSession,
                          testing::Values("answers", "conditions", "definitions", "essays", "files", "locks", "options",
-                                         "results", "streams", "tables", "usage"));
+                                         "results", "saving", "streams", "tables", "usage"));
 
 }  // namespace quibra
