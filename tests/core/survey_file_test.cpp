@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QTemporaryDir>
-#include <map>
 #include <random>
 
 #include "core/answer_store.h"
@@ -76,21 +75,18 @@ class SurveyFile : public testing::Test {
 
 // 256 questions of 127 choices, texts that fill their fields, IDs at both ends of 32 bits.
 TEST_F(SurveyFile, SurveyAtItsLimitsComesBackWhole) {
-    Survey& survey = session.survey;
-    session.NewSurvey();
-    survey.QuestionCount = kMaxQuestions;
+    QStringList choices;
+    for (int c = 1; c < kMaxChoices; ++c)
+        choices += QString::number(c);
+    SurveyBuilder builder;
     for (int q = 0; q < kMaxQuestions; ++q) {
-        survey.Questions[q].SetText(QString(kQuestionTextLength, QChar(0x3042 + q % 80)));
-        survey.Questions[q].ChoiceCount = kMaxChoices;
-        survey.Questions[q].Anum = static_cast<qint16>(1 + q % 2);
-        for (int c = 1; c < kMaxChoices; ++c)
-            survey.Choices(c, q).Text = QString::number(c);
-        survey.Choices(127, q).Status = 1;
+        builder.Question(QString(kQuestionTextLength, QChar(0x3042 + q % 80)), QString(), 1 + q % 2, choices);
+        builder.Status(q, 127, {kEssay});
         for (int line = 1; line <= 14; ++line)
-            survey.QLimit(line, q) = {3, PackPosition(q, line)};
+            builder.Get().QLimit(line, q) = {3, PackPosition(q, line)};
+        builder.Get().LineStart[q] = PackPosition(q, 127);
     }
-    for (int i = 0; i < 256; ++i)
-        survey.LineStart[i] = PackPosition(i, 127);
+    Survey& survey = session.survey = builder.Get();
     survey.LineStart[256] = survey.LineStart[255];
     survey.LineFlag[255] = true;
     RecalcLayout(survey);
@@ -184,46 +180,38 @@ TEST_F(SurveyFile, HeadDecidesWithTheUserWhatTheFileIs) {
     const QString otherPageBase =
         u": この集計結果データ\\r\\n%1\\r\\nは、基となるアンケートファイルが\\r\\n/基/b.qb\\r\\n"
         u"です。アンケートファイルを先に読み込みますか。"_s;
+    const std::vector<std::pair<Answer, int>> baseOrPage{
+        {Answer::Yes, kLoadBaseFirst}, {Answer::No, kPageFile}, {Answer::Cancel, kNothing}};
     // One after the other; with an empty text, nothing is asked. A page wants its survey first.
     const struct {
         QString path;
         int mode, style;
         QString text;
-        Answer answer;
-        int result;
+        std::vector<std::pair<Answer, int>> outcomes;
     } cases[] = {
-        {page, kExpectPage, 1, baseFirst, Answer::Ok, kLoadBaseFirst},
-        {page, kExpectPage, 1, baseFirst, Answer::Cancel, kNothing},
-        {survey, kExpectSurvey, 0, {}, Answer::Ok, kLoaded},
-        {s1001, kExpectSurvey, 48, thisFile + u"クイブラ95年4,5月"_s + saved, Answer::Ok, kLoaded},
-        {s1002, kExpectSurvey, 48, thisFile + u"クイブラ95年6,7,8月"_s + saved, Answer::Ok, kLoaded},
-        {survey, kExpectPage, 0, noPage, Answer::Ok, kNothing},
-        {s1001, kExpectPage, 0, noPage, Answer::Ok, kNothing},
-        {survey, 3, 0, u": FileVersion個別処理エラー(2)"_s, Answer::Ok, kLoaded},
-        {unknown, kExpectSurvey, 48, thisFile + u"クイブラで扱えません。"_s, Answer::Ok, kNothing},
-        {page, kExpectPage, 0, {}, Answer::Ok, kPageFile},
-        {otherPage, 3, 0, {}, Answer::Ok, kPageFile},
-        {page, kExpectSurvey, 4, readIt, Answer::Yes, kPageFile},
-        {page, kExpectSurvey, 4, readIt, Answer::No, kNothing},
-        {otherPage, kExpectSurvey, 3, otherBase, Answer::Yes, kLoadBaseFirst},
-        {otherPage, kExpectSurvey, 3, otherBase, Answer::No, kPageFile},
-        {otherPage, kExpectSurvey, 3, otherBase, Answer::Cancel, kNothing},
-        {otherPage, kExpectPage, 3, otherPageBase, Answer::Yes, kLoadBaseFirst},
-        {otherPage, kExpectPage, 3, otherPageBase, Answer::No, kPageFile},
-        {otherPage, kExpectPage, 3, otherPageBase, Answer::Cancel, kNothing},
+        {page, kExpectPage, 1, baseFirst, {{Answer::Ok, kLoadBaseFirst}, {Answer::Cancel, kNothing}}},
+        {survey, kExpectSurvey, 0, {}, {{Answer::Ok, kLoaded}}},
+        {s1001, kExpectSurvey, 48, thisFile + u"クイブラ95年4,5月"_s + saved, {{Answer::Ok, kLoaded}}},
+        {s1002, kExpectSurvey, 48, thisFile + u"クイブラ95年6,7,8月"_s + saved, {{Answer::Ok, kLoaded}}},
+        {survey, kExpectPage, 0, noPage, {{Answer::Ok, kNothing}}},
+        {s1001, kExpectPage, 0, noPage, {{Answer::Ok, kNothing}}},
+        {survey, 3, 0, u": FileVersion個別処理エラー(2)"_s, {{Answer::Ok, kLoaded}}},
+        {unknown, kExpectSurvey, 48, thisFile + u"クイブラで扱えません。"_s, {{Answer::Ok, kNothing}}},
+        {page, kExpectPage, 0, {}, {{Answer::Ok, kPageFile}}},
+        {otherPage, 3, 0, {}, {{Answer::Ok, kPageFile}}},
+        {page, kExpectSurvey, 4, readIt, {{Answer::Yes, kPageFile}, {Answer::No, kNothing}}},
+        {otherPage, kExpectSurvey, 3, otherBase, baseOrPage},
+        {otherPage, kExpectPage, 3, otherPageBase, baseOrPage},
     };
-    const std::map<Answer, QString> names{
-        {Answer::Ok, u"Ok"_s}, {Answer::Cancel, u"Cancel"_s}, {Answer::Yes, u"Yes"_s}, {Answer::No, u"No"_s}};
-    for (const auto& [path, mode, style, text, answer, result] : cases) {
-        user.messageAnswers = {answer};
-        EXPECT_EQ(Load(path, mode), result) << qPrintable(text);
-        QStringList told;
-        if (!text.isEmpty())
-            told += u"message %1 クイブラ"_s.arg(style) + QString(text).replace(u"%1"_s, path) + u" -> "_s +
-                    names.at(answer);
-        EXPECT_EQ(Messages(), told);
-        EXPECT_EQ(loadedPath, result != kLoadBaseFirst ? path : path == page ? survey : u"/基/b.qb"_s);
-    }
+    for (const auto& [path, mode, style, text, outcomes] : cases)
+        for (const auto& [answer, result] : outcomes) {
+            user.messageAnswers = {answer};
+            EXPECT_EQ(Load(path, mode), result) << qPrintable(text);
+            const QString told = u"message %1 クイブラ"_s.arg(style) + QString(text).replace(u"%1"_s, path) +
+                                 u" -> "_s + ScriptedInterface::NameOf(answer);
+            EXPECT_EQ(Messages(), text.isEmpty() ? QStringList() : QStringList(told));
+            EXPECT_EQ(loadedPath, result != kLoadBaseFirst ? path : path == page ? survey : u"/基/b.qb"_s);
+        }
     EXPECT_FALSE(session.IsDead()) << "a refused file harmed the survey in memory";
 }
 

@@ -1,5 +1,6 @@
 #include "support/scripted_interface.h"
 
+#include <map>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -26,25 +27,17 @@ bool Take(std::deque<std::optional<T>>& queue, T& value) {
     return answered;
 }
 
-QString NameOf(Answer answer) {
-    switch (answer) {
-        case Answer::Ok:
-            return u"Ok"_s;
-        case Answer::Cancel:
-            return u"Cancel"_s;
-        case Answer::Yes:
-            return u"Yes"_s;
-        case Answer::No:
-            return u"No"_s;
-    }
-    return u"?"_s;
-}
-
 QString OrCancel(const QString& text) {
     return text.isEmpty() ? u"cancel"_s : text;
 }
 
 }  // namespace
+
+QString ScriptedInterface::NameOf(Answer answer) {
+    static const std::map<Answer, QString> names{
+        {Answer::Ok, u"Ok"_s}, {Answer::Cancel, u"Cancel"_s}, {Answer::Yes, u"Yes"_s}, {Answer::No, u"No"_s}};
+    return names.at(answer);
+}
 
 QStringList ScriptedInterface::Lines(const QString& prefix) const {
     QStringList lines;

@@ -36,6 +36,8 @@ class ScriptedInterface : public UserInterface {
     int stopAtProgress = 0;
 
     QStringList transcript;
+    // An answer's word in it.
+    static QString NameOf(Answer answer);
     // The transcript's lines that begin with `prefix`.
     QStringList Lines(const QString& prefix) const;
     // Gives the transcript and starts a new one.

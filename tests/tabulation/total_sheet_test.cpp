@@ -118,11 +118,16 @@ TEST(TotalSheet, CancelKeepsWhatTheWalkHadReachedAndShowsOnlyWholeBlocks) {
     EXPECT_TRUE(rig.sheet.chkTotaled);
 }
 
-TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
+SurveyBuilder WideSurvey(int questions, int choices) {
     SurveyBuilder builder;
-    for (int q = 0; q < 25; ++q)
-        builder.Question(u"名%1"_s.arg(q), u"本文"_s, 2, QStringList(94, u"c"_s));
+    for (int q = 0; q < questions; ++q)
+        builder.Question(u"名%1"_s.arg(q), u"本文"_s, 2, QStringList(choices, u"c"_s));
     builder.Sample({{1}});
+    return builder;
+}
+
+TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
+    SurveyBuilder builder = WideSurvey(25, 94);
     SheetRig rig(builder.Get());
     // Blocks of 100 rows from row 1 on: the 20th ends in front of row 2001.
     rig.sheet.DoTotal(TableOf(0, 24));
@@ -134,9 +139,11 @@ TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
     EXPECT_TRUE(rig.sheet.RowStart(19) == 2001 && rig.sheet.grid.Rows() == 2001);
     EXPECT_EQ(rig.Row(1899).at(0), u"[人数]"_s);
     EXPECT_EQ(rig.Rows(1900, 2000).join(QString()).remove(u'|'), QString());
-    rig.ui.transcript.clear();
-    rig.sheet.DoTotal(TableOf(0, 18));
-    EXPECT_TRUE(rig.ui.transcript.isEmpty());
+    // 27 blocks of 74 rows end in front of row 1999.
+    SurveyBuilder exact = WideSurvey(27, 68);
+    SheetRig whole(exact.Get());
+    whole.sheet.DoTotal(TableOf(0, 26));
+    EXPECT_TRUE(whole.ui.transcript.isEmpty());
 }
 
 TEST(TotalSheet, RoughTotalVisitsAboutTwoHundredSamplesAndSmallSurveysWhole) {
