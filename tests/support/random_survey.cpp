@@ -51,7 +51,8 @@ std::array<LimitLine, 16> MakeRandomColumn(Random& random, const Survey& survey,
     const int count = Pick(random, 0, std::min(lines, 14));
     for (int i = 1; i <= count; ++i) {
         const bool absurd = Pick(random, 0, 14) == 0;
-        const int kind = absurd ? Pick(random, 0, 15) : i == 1 ? kLimitAnd : Pick(random, kLimitOr, kLimitNot);
+        const bool opens = i == 1 && Pick(random, 0, 7) > 0;
+        const int kind = absurd ? Pick(random, 0, 15) : opens ? kLimitAnd : Pick(random, kLimitOr, kLimitNot);
         const int rank = Pick(random, 0, 4) == 0 ? Pick(random, 0, 3) : 0;
         const int q = absurd ? Pick(random, 0, 511) : Pick(random, 0, survey.QuestionCount - 1);
         const int choices = q < survey.QuestionCount ? survey.Questions[q].ChoiceCount : 128;
