@@ -2,7 +2,6 @@
 // standard error says behind "! ", and a status other than 0 behind "= ". FOLDER is where it is typed: a folder with
 // copies of the surveys of tests/data and of the sample survey.
 #include <QDir>
-#include <QRegularExpression>
 
 #include "cli/cli_run.h"
 #include "support/survey_bytes.h"
@@ -17,24 +16,22 @@ TEST_P(CliSession, GoesAsItIsTold) {
     Copy(SourcePath(u"data/samples/residents.qb"_s));
     for (const QFileInfo& survey : QDir(TestDataPath(QString())).entryInfoList(QDir::Files))
         Copy(survey.filePath());
-    const QStringList told =
-        QString::fromUtf8(FileBytes(SourcePath(u"tests/cli/sessions/%1.txt"_s.arg(QLatin1StringView(GetParam())))))
-            .split(u'\n');
-    QStringList said;
-    for (const QString& typed : told.filter(QRegularExpression(u"^\\$ "_s))) {
-        const CliRun run = RunProgram(u"bash"_s, {u"-c"_s, typed.mid(2)});
-        said += typed;
+    const QString session =
+        QString::fromUtf8(FileBytes(SourcePath(u"tests/cli/sessions/%1.txt"_s.arg(QLatin1StringView(GetParam())))));
+    for (const QString& told : (u'\n' + session).chopped(1).split(u"\n$ "_s, Qt::SkipEmptyParts)) {
+        QString said = told.section(u'\n', 0, 0);
+        const CliRun run = RunProgram(u"bash"_s, {u"-c"_s, said});
         const auto tell = [&](QString text, const QString& mark) {
             if (text.isEmpty()) return;
             if (text.endsWith(u'\n')) text.chop(1);
             for (const QString& line : text.replace(folder_.path(), u"FOLDER"_s).split(u'\n'))
-                said += mark + line;
+                said += u'\n' + mark + line;
         };
         tell(QString::fromUtf8(run.out), QString());
         tell(run.err, u"! "_s);
-        if (run.status != 0) said += u"= %1"_s.arg(run.status);
+        if (run.status != 0) said += u"\n= %1"_s.arg(run.status);
+        EXPECT_EQ(said.toStdString(), told.toStdString());
     }
-    EXPECT_EQ((said.join(u'\n') + u'\n').toStdString(), told.join(u'\n').toStdString());
 }
 
 INSTANTIATE_TEST_SUITE_P(Cli, CliSession,

@@ -21,3 +21,9 @@ listed() {
     quibra-cli essays fruit.qb 3 "$@" --format=json |
         sed -n 's/.*"\(IDno\|Cno\)": *\([0-9]*\).*/\2/p' | paste -d : - - | paste -sd ' '
 }
+
+# search NAME OPTION...: the texts of the sample survey, compared with what a plain search of that name finds.
+search() {
+    quibra-cli essays residents.qb "${@:2}" | sed '1,3d;$d' | cut -f 1,3 |
+        cmp - <(quibra-cli dump residents.qb | PYTHONUTF8=1 "$PYTHON" "$SOURCE/tests/cli/sessions/search.py" "$1")
+}
