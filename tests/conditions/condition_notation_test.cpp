@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "conditions/limit_lists.h"
 #include "support/qt_printers.h"
 #include "support/survey_builder.h"
 
@@ -65,31 +64,4 @@ TEST(ConditionNotation, RefusedTextLeavesTheListAsItWas) {
     const QString text = u"Q2=3..12 Q1=2"_s + QChar(0) + u"3"_s;
     EXPECT_FALSE(ParseCondition(survey, text, list, error));
     EXPECT_TRUE(error.position == 9 && error.length == 6 && list.LineCount() == 1);
-}
-
-// A condition typed, kept as a predefined one and tested on answers.
-TEST(ConditionNotation, TypedConditionPicksTheSamplesItsWordsSay) {
-    SurveyBuilder builder = ThreeQuestions();
-    for (int i = 0; i < 52; ++i)
-        builder.Sample({{i % 4 == 0 ? std::vector<GivenAnswer>() : std::vector<GivenAnswer>{i % 4}},
-                        i < 4 ? std::vector<GivenAnswer>() : std::vector<GivenAnswer>{i / 4, 12, 1}});
-    Survey& survey = builder.Get();
-    LimitList list;
-    const auto picked = [&](const QString& text) {
-        NotationError error;
-        EXPECT_TRUE(ParseCondition(survey, text, list, error)) << error.message.toStdString();
-        QStringList ids;
-        for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
-            if (TestLimit(survey, dno, list)) ids += QString::number(survey.Samples.IDno(dno));
-        return ids.join(u' ').toStdString();
-    };
-    EXPECT_EQ(picked(u"Q2=0"_s), "1 2 3 4");
-    EXPECT_EQ(picked(u"Q3=0 Q1=3 -Q2=1..12"_s), "4");
-    EXPECT_EQ(picked(u"Q1=1..2 Q2@1=3..4 |Q2@1=9 -Q1=2"_s), "14 18 38");
-    std::copy(list.Data() + 1, list.Data() + 16, survey.PreLimit.Column(4).begin() + 1);
-    EXPECT_EQ(picked(u"-Q1=3 P4 Q2=9"_s), "37 38 39") << "what the samples know is the empty slot";
-    for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
-        RefreshPreLimitBit(survey, LimitList(survey.PreLimit.Column(4)), 4, dno);
-    EXPECT_EQ(picked(u"P5 P4"_s), "14 18 38");
-    EXPECT_EQ(picked(u"P4 Q2=9"_s), "38");
 }
