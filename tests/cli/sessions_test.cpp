@@ -1,6 +1,6 @@
-// Sessions at a shell, each a file of sessions/: after "$ " what is typed, below it what standard output says, what
+// Sessions at a shell, each a text of sessions/: after "$ " what is typed, below it what standard output says, what
 // standard error says behind "! ", and a status other than 0 behind "= ". FOLDER is where it is typed: a folder with
-// copies of the surveys of tests/data and of the sample survey.
+// copies of the surveys of tests/data and of the sample survey. sessions/functions.sh has what is typed often.
 #include <QDir>
 
 #include "cli/cli_run.h"

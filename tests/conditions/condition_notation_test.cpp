@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "support/qt_printers.h"
 #include "support/survey_builder.h"
 
 using namespace quibra;

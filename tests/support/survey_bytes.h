@@ -7,7 +7,8 @@
 
 namespace quibra {
 
-// Reads a survey of any generation, its samples in the order of the bytes; false when these do not begin as one. RuntimeError as the reader gives it.
+// Reads a survey of any generation, its samples in the order of the bytes; false when these do not begin as one.
+// RuntimeError as the reader gives it.
 bool ReadSurveyBytes(QByteArrayView bytes, Survey& survey);
 QByteArray WriteSurveyBytes(const Survey& survey);
 
