@@ -79,11 +79,13 @@ TEST_F(CliTest, EssaysBeyondTheGridGoOnFromWhereTheyStopped) {
             }
             ASSERT_TRUE(json[u"NextDno"_s].isDouble());
             from = json[u"NextDno"_s].toInt();
-            if (from < 0)
+            if (from < 0) {
                 EXPECT_EQ(run.err, QString());
-            else
+            } else {
+                EXPECT_EQ(json[u"Rows"_s].toArray().size(), 9994);
                 EXPECT_TRUE(run.err.endsWith(u"続きは --from-dno %1 で表示します。\n"_s.arg(from)))
                     << run.err.toStdString();
+            }
         }
         EXPECT_EQ(rows, counted[u"Answers"_s].toInt());
         EXPECT_EQ(ids.size(), rows);
