@@ -135,7 +135,7 @@ bool ReadBody(SurveySession& session, ByteReader& in, int code) {
     session.Unlock();
     reader.ReadLockLevelAndEditor();
     session.Lock();
-    if (!ui.Progress(u"ｱﾝｹｰﾄの質問・限定条件読み込み"_s, 0)) return false;
+    const bool goesOn = ui.Progress(u"ｱﾝｹｰﾄの質問・限定条件読み込み"_s, 0);
     reader.ReadDefinition();
     if (!reader.ReadSamples([&ui](const QString& text, double fraction) { return ui.Progress(text, fraction); }))
         return false;
@@ -146,7 +146,7 @@ bool ReadBody(SurveySession& session, ByteReader& in, int code) {
     }
     reader.ReadTail();
     // A Stop at a report that does not ask for one has killed the survey all the same.
-    return !session.IsDead();
+    return goesOn && !session.IsDead();
 }
 
 // "data.2001/a.qb" has its first dot in the folder's name, and so its backup beside that folder.

@@ -247,14 +247,15 @@ TEST_F(SurveyFile, StopWhileLoadingLeavesTheDeadState) {
     const QString path = Put(u"a.qb"_s, TestData(u"small-1003.qb"_s));
     const QString question =
         u"message 305 クイブラ: 中止するとクイブラ内部のアンケートデータが壊れて保存出来なくなります。 -> "_s;
-    for (int step = 14; step >= 1; --step) {
+    for (int step = 14; step >= ScriptedInterface::kStopAtOpen; --step) {
+        if (step == 0) continue;
         user.stopAtProgress = step;
         user.messageAnswers = {Answer::Ok};
         if (step == 3) user.messageAnswers.push_front(Answer::Cancel);
         EXPECT_EQ(Load(path), kNothing) << step;
         EXPECT_EQ(Messages(), step == 3 ? (QStringList{question + u"Cancel"_s, question + u"Ok"_s})
                                         : QStringList{question + u"Ok"_s});
-        EXPECT_TRUE(IsDead()) << step;
+        EXPECT_TRUE(IsDead() && !session.IsChanged()) << step;
         EXPECT_EQ(session.survey.SampleCount(), 12) << step;
         // Pressed in front of the second sample and confirmed in front of the third: two are there.
         if (step == 3) {

@@ -107,7 +107,7 @@ void ScriptedInterface::ProgressOpen(const ProgressSpec& spec) {
     Note(u"progress open "_s + QStringList{spec.title, spec.info, spec.caption}.join(u" | "_s));
     spec_ = spec;
     progressCalls_ = 0;
-    stopped_ = false;
+    stopped_ = stopAtProgress == kStopAtOpen && ConfirmStop(spec_);
     ++openProgressWindows_;
 }
 

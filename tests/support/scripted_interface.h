@@ -32,8 +32,10 @@ class ScriptedInterface : public UserInterface {
     std::deque<QString> fileAnswers;
 
     // Stop is pressed at this call of Progress, counted from 1 in each progress window, and at each further one until
-    // it is confirmed. 0 never presses it. The confirmation is answered like any message.
+    // it is confirmed; kStopAtOpen: already as the window opens. 0 never presses it. The confirmation is answered like
+    // any message.
     int stopAtProgress = 0;
+    static constexpr int kStopAtOpen = -1;
 
     QStringList transcript;
     // An answer's word in it.
