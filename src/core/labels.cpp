@@ -41,6 +41,12 @@ QString KindText(const LimitLine& line) {
     }
 }
 
+// A line of a damaged file may name a question that is not there, even one beyond what a survey can hold. It is told by
+// its place in every text, so that it can be found and deleted.
+QString AbsentAnswerText(int q, int c) {
+    return u"質問%1(%2)"_s.arg(q + 1).arg(c);
+}
+
 // Lines in front of the closing one.
 std::span<const LimitLine> Lines(LimitColumn column) {
     const auto end = std::find_if(column.begin() + 1, column.end(), [](const LimitLine& line) { return line.a == 0; });
@@ -152,6 +158,10 @@ QString LimitLinesText(const Survey& survey, const LimitList& list, bool verbose
         int c = 0;
         UnpackPosition(list[i].b, q, c);
         text += KindText(list[i]) + RankText(list[i]);
+        if (q >= survey.QuestionCount) {
+            text += AbsentAnswerText(q, c);
+            continue;
+        }
         if (verbose) text += QuestionName(survey, q) + u'(' + ChoiceToSymbol(survey, q, c) + u')';
         text += ChoiceLabel(survey, q, c, false, false);
     }
@@ -173,6 +183,7 @@ QString LimitLineText(const Survey& survey, int i, const LimitList& list) {
         text = u"除く"_s + RankText(line);
     else
         text = RankText(line);
+    if (q >= survey.QuestionCount) return text + AbsentAnswerText(q, c);
     return text + QuestionName(survey, q) + ChoiceLabel(survey, q, c, true, true);
 }
 
@@ -180,7 +191,8 @@ void RecalcQLimitDepth(Survey& survey) {
     for (int q = 0; q < survey.QuestionCount; ++q) {
         survey.QLimit(0, q) = {};
         qint16 depth = 0;
-        for (int t = q; survey.QLimit(1, t).a != 0; t = PositionQuestion(survey.QLimit(1, t).b))
+        // A chain ends at a question that no survey can have.
+        for (int t = q; t <= kLastQuestion && survey.QLimit(1, t).a != 0; t = PositionQuestion(survey.QLimit(1, t).b))
             depth = CheckedInt16(depth + 1);
         survey.QLimit(0, q).a = depth;
     }

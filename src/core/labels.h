@@ -25,7 +25,8 @@ QString QuestionLimitText(const Survey& survey, int q, bool raw);
 QString QuestionLabel(const Survey& survey, int q, LabelParts parts);
 QString ChoiceLabel(const Survey& survey, int q, int c, bool symbol, bool tags);
 
-// A condition in words: predefined conditions of its mask, then its lines. Verbose names questions and symbols.
+// A condition in words: predefined conditions of its mask, then its lines. Verbose names questions and symbols. An
+// answer of a question that the survey doesn't have reads "質問301(2)".
 QString LimitText(const Survey& survey, const LimitList& list, bool verbose);
 QString LimitLinesText(const Survey& survey, const LimitList& list, bool verbose);
 // Line i as the editor's list shows it.

@@ -219,9 +219,17 @@ TEST_F(LimitEditorTest, APickerChangesTheCallersListOnlyAtItsClose) {
 }
 
 TEST_F(LimitEditorTest, LinesOfAbsentQuestionsChoicesAndRanksAreShownAndCanBeDeleted) {
-    for (const LimitLine& line : {Line(kLimitAnd, 200, 3), Line(kLimitAnd, 0, 90), Line(kLimitAnd, 0, 1, 100)}) {
+    session.survey.QLimit(1, 1) = Line(kLimitAnd, 300, 1);
+    const std::pair<LimitLine, QStringList> cases[] = {
+        {Line(kLimitAnd, 200, 3), {u"質問201(3)"_s, u"質問201(3)"_s}},
+        {Line(kLimitAnd, 511, 3, 2), {u"2位に質問512(3)"_s, u"2位に質問512(3)"_s}},
+        {Line(kLimitAnd, 0, 90), {u"条件なし"_s, u"性別(.90.)"_s}},
+        {Line(kLimitAnd, 0, 1, 100), {u"100位に男"_s, u"100位に性別(1)男"_s}}};
+    for (const auto& [line, words] : cases) {
         session.survey.PreLimit(1, 0) = line;
         LimitEditor editor(session);
+        EXPECT_EQ((QStringList{editor.PreLimitRows()[0], editor.Rows()[1]}), words);
+        EXPECT_EQ(editor.Questions().size(), 2);
         editor.SelectRow(1);
         EXPECT_EQ(editor.Chosen().question, 0);
         EXPECT_EQ(editor.Chosen().rank, 0);
@@ -244,8 +252,6 @@ TEST(LimitEditorClose, RefreshesTheBitsOfChangedSlotsOnly) {
         for (const int k : {2, 9, 15}) {
             const auto slot = session.survey.PreLimit.Column(k);
             std::ranges::copy(MakeRandomColumn(random, session.survey, 12), slot.begin());
-            for (LimitLine& line : slot)
-                line.b &= 0x7fff;  // a line of question 256 or more cannot be shown
         }
         SampleList expected = session.survey.Samples;
         LimitEditor editor(session);
