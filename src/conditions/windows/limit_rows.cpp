@@ -9,10 +9,25 @@ using namespace Qt::StringLiterals;
 
 namespace quibra {
 
+namespace {
+
+constexpr float kPale = 0.3F;
+
+}  // namespace
+
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     QSize size = QStyledItemDelegate::sizeHint(option, index);
     size.setHeight(std::max(size.height(), option.fontMetrics.height() * 3 / 2));
     return size;
+}
+
+void RowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (option->widget == nullptr || option->widget->hasFocus()) return;
+    QColor ground = option->palette.color(QPalette::Highlight);
+    ground.setAlphaF(kPale);
+    option->palette.setColor(QPalette::Highlight, ground);
+    option->palette.setColor(QPalette::HighlightedText, option->palette.color(QPalette::Text));
 }
 
 void LimitRowDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {

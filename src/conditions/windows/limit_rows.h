@@ -6,12 +6,16 @@
 
 namespace quibra {
 
-// Rows with some air around the text.
+// Rows with some air around the text. In a list without the focus the selection is paler, so that of several lists the
+// one that gets the keys can be seen.
 class RowDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 };
 
 // The lines of a condition: heading and closing row tinted, and a mark between the rows where the next line goes.
