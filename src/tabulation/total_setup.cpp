@@ -49,10 +49,11 @@ QString TotalSetup::ColumnText(int column) const {
     return LimitText(survey_, LimitList(option_.Limits.Column(column)), false);
 }
 
-void TotalSetup::EditColumn(int column) {
+bool TotalSetup::EditColumn(int column) {
     LimitList list(option_.Limits.Column(column));
-    editLimit_(list);
+    if (!editLimit_(list)) return false;
     SetColumn(column, LimitColumn(list.Data(), 16));
+    return written_ = true;
 }
 
 void TotalSetup::SetColumn(int column, LimitColumn lines) {
@@ -71,21 +72,20 @@ QStringList TotalSetup::LimitRows() const {
 }
 
 void TotalSetup::AddLimit() {
-    LimitList list;
-    editLimit_(list);
     CheckSubscript(limitCount_, kMaxLimitColumns);
+    LimitList list;
+    if (!editLimit_(list)) return;
     const int added = limitRow + 1;
     for (int column = ++limitCount_; column > added; --column)
         SetColumn(column, option_.Limits.Column(column - 1));
     SetColumn(added, LimitColumn(list.Data(), 16));
     ++limitRow;  // the same row as before stays selected, so that conditions added one by one keep their order
     cross_ = kCrossFree;
+    written_ = true;
 }
 
 void TotalSetup::ChangeLimit() {
-    if (limitRow >= limitCount_) return;
-    EditColumn(limitRow + 1);
-    cross_ = kCrossFree;
+    if (limitRow < limitCount_ && EditColumn(limitRow + 1)) cross_ = kCrossFree;
 }
 
 void TotalSetup::DeleteLimit() {
@@ -179,6 +179,7 @@ QStringList TotalSetup::EssayChoiceRows() const {
 }
 
 const TotalOption& TotalSetup::BuildOption(TotalKindValue kind) {
+    written_ = false;
     option_.Nname = Nname;
     option_.Rough = rough;
     option_.TotalKind = kind;
@@ -211,11 +212,17 @@ const TotalOption& TotalSetup::BuildOption(TotalKindValue kind) {
 }
 
 void TotalSetup::SetTotalOption(const TotalOption& option) {
+    written_ = false;
     SetColumn(0, option.Limits.Column(0));
     SelectCross(kCrossFree);
     Nname = option.Nname;
     if (option.TotalKind == kTable) ShowTable(option);
     if (option.TotalKind == kEssayList) ShowEssayList(option);
+}
+
+bool TotalSetup::MayDiscard() {
+    return !written_ || ui_.Message(u"書いた限定条件を集計に使わずに閉じます。"_s,
+                                    kOkCancel + kQuestion + kSecondDefault) == Answer::Ok;
 }
 
 void TotalSetup::ShowTable(const TotalOption& option) {

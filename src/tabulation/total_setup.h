@@ -13,8 +13,8 @@ namespace quibra {
 
 class TotalSetup {
   public:
-    // Takes a condition to the user and brings it back as they left it.
-    using LimitPicker = std::function<void(LimitList&)>;
+    // Takes a condition to the user and brings it back as they left it; false when they want nothing of it.
+    using LimitPicker = std::function<bool(LimitList&)>;
 
     // Starts as a simple total of question 0. `survey` and `ui` must outlive it.
     TotalSetup(const Survey& survey, UserInterface& ui, LimitPicker editLimit);
@@ -43,7 +43,7 @@ class TotalSetup {
     // The individual conditions in words and the closing row behind them. Those who change them by hand cross by free
     // conditions from then on, with the rows that stand there.
     QStringList LimitRows() const;
-    // Run-time error 9, and nothing changes, when there are kMaxLimitColumns of them already.
+    // Run-time error 9, before anything is asked, when there are kMaxLimitColumns of them already.
     void AddLimit();
     void ChangeLimit();
     void DeleteLimit();
@@ -75,10 +75,13 @@ class TotalSetup {
     // Takes a record over, as far as it fits the survey: it may come from a file.
     void SetTotalOption(const TotalOption& option);
 
+    // True when it is all right to leave; asks when a condition has been written that no total knows.
+    bool MayDiscard();
+
   private:
     void ResetLimitList();
     QString ColumnText(int column) const;
-    void EditColumn(int column);
+    bool EditColumn(int column);
     void SetColumn(int column, LimitColumn lines);
     void ClearColumn(int column);
     void AskNumbers();
@@ -91,8 +94,9 @@ class TotalSetup {
     const Survey& survey_;
     UserInterface& ui_;
     LimitPicker editLimit_;
-    TotalOption option_;  // its Limits are what LimitRows shows
-    int limitCount_ = 1;  // of the page of tables; LimitCount of an essay list is 1
+    TotalOption option_;    // its Limits are what LimitRows shows
+    int limitCount_ = 1;    // of the page of tables; LimitCount of an essay list is 1
+    bool written_ = false;  // a condition, since the last total
     int fromQno_ = 0;
     CrossModeValue cross_ = kCrossFree;
     int crossQno_ = 0;

@@ -7,11 +7,13 @@ using namespace Qt::StringLiterals;
 
 namespace quibra {
 
-void EditLimit(SurveySession& session, QWidget* parent, LimitList& list, qint16 mode) {
+bool EditLimit(SurveySession& session, QWidget* parent, LimitList& list, qint16 mode) {
     for (QWidget* form : OpenForms())
         if (form->objectName() == u"frmLimit"_s) form->close();
     FrmLimit window(session, list, mode, parent);
-    if (window.exec() == QDialog::Accepted) list = window.Picked();
+    if (window.exec() != QDialog::Accepted) return false;
+    list = window.Picked();
+    return true;
 }
 
 }  // namespace quibra

@@ -7,8 +7,9 @@ class QWidget;
 
 namespace quibra {
 
-// Lets the user edit lines 0 to 15 of `list` in a modal window over `parent`; `mode` is one of limit_editor.h. The list
-// stays as it was when the user leaves without OK. An open editor of predefined conditions is closed first.
-void EditLimit(SurveySession& session, QWidget* parent, LimitList& list, qint16 mode);
+// Lets the user edit lines 0 to 15 of `list` in a modal window over `parent`; `mode` is one of limit_editor.h. False,
+// and the list stays as it was, when the user leaves without OK. An open editor of predefined conditions is closed
+// first.
+bool EditLimit(SurveySession& session, QWidget* parent, LimitList& list, qint16 mode);
 
 }  // namespace quibra

@@ -3,8 +3,10 @@
 #include <QCloseEvent>
 #include <QScopeGuard>
 #include <QSignalBlocker>
+#include <QTimer>
 
 #include "conditions/windows/edit_limit.h"
+#include "conditions/windows/limit_rows.h"
 #include "core/attempt.h"
 #include "core/help_topics.h"
 #include "core/labels.h"
@@ -22,6 +24,8 @@ namespace {
 
 // A rough total of fewer samples would hardly be faster.
 constexpr qint32 kRoughSamples = 200;
+// Until the desktop has settled which window is in front.
+constexpr std::chrono::milliseconds kSettling{400};
 
 // Long rows can be read whole in a box's tool tips.
 void Select(QComboBox* box, int row) {
@@ -45,13 +49,16 @@ void SetRows(QComboBox* box, const QStringList& rows, int selected) {
 }  // namespace
 
 FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& windows, QWidget* parent)
-    : QDialog(parent),
+    // No dialog's place over its parent: it stands beside the result windows for long, and desktops leave dialogs out
+    // of their list of windows, through which keys lead back here.
+    : QDialog(parent, Qt::Window),
       ui_(std::make_unique<Ui::frmTotal>()),
       session_(session),
       settings_(settings),
       windows_(windows),
-      setup_(session.survey, session.ui, [this](LimitList& list) { PickLimit(list); }) {
+      setup_(session.survey, session.ui, [this](LimitList& list) { return PickLimit(list); }) {
     ui_->setupUi(this);
+    ui_->lstLimit->setItemDelegate(new RowDelegate(ui_->lstLimit));
     SetUpForm(this, session.ui, kHelpTotal);
     setAttribute(Qt::WA_DeleteOnClose);
     const QStringList questions = PlainQuestionList(session.survey);
@@ -99,12 +106,10 @@ FrmTotal::~FrmTotal() {
     windows_.RemoveHost(*this);
 }
 
-void FrmTotal::PickLimit(LimitList& list) {
-    // When the editor closes, some desktops bring a result window to the front before this one.
-    picking_ = true;
-    const auto picked = qScopeGuard([this] { picking_ = false; });
-    EditLimit(session_, this, list, kPickPreLimits);
+bool FrmTotal::PickLimit(LimitList& list) {
+    const bool picked = EditLimit(session_, this, list, kPickPreLimits);
     limitPass_ = list;
+    return picked;
 }
 
 void FrmTotal::cmbQno_Click(int q) {
@@ -176,8 +181,11 @@ void FrmTotal::BuildOption(TotalKindValue kind) {
     const QPointer<FrmGridBase> sheet = &Sheet();
     // The window comes to the front with this, and its options of before must not come back here.
     sheet->SetActivationCounts(false);
+    // While it totals it takes this window out of use, and with that the focus from its control.
+    const QPointer<QWidget> control = focusWidget();
     const auto restore = qScopeGuard([&] {
         if (sheet) sheet->SetActivationCounts(true);
+        if (control && !focusWidget()) control->setFocus();
     });
     sheet->SheetCommand(u"Do Total"_s);
 }
@@ -188,7 +196,10 @@ FrmGridBase& FrmTotal::Sheet() {
 }
 
 void FrmTotal::SheetActivated(FrmGridBase& sheet) {
-    if (picking_) return;
+    if (asking_ > 0) {
+        passing_ = &sheet;
+        return;
+    }
     sheet_ = &sheet;
     SetTotalOption();
 }
@@ -208,8 +219,18 @@ void FrmTotal::SetWindow(int kind) {
 }
 
 void FrmTotal::Run(const std::function<void()>& action) {
+    passing_ = nullptr;
+    ++asking_;
     Attempt(session_.ui, action);
     Refresh();
+    if (isActiveWindow()) {
+        --asking_;
+        return;
+    }
+    activateWindow();
+    QTimer::singleShot(kSettling, this, [this] {
+        if (--asking_ == 0 && passing_ && passing_->isActiveWindow()) SheetActivated(*passing_);
+    });
 }
 
 void FrmTotal::Refresh() {
@@ -268,7 +289,7 @@ void FrmTotal::closeEvent(QCloseEvent* event) {
 }
 
 void FrmTotal::reject() {
-    close();
+    if (setup_.MayDiscard()) close();
 }
 
 }  // namespace quibra

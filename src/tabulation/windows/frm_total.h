@@ -49,7 +49,7 @@ class FrmTotal : public QDialog, private SheetHost {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    void PickLimit(LimitList& list);
+    bool PickLimit(LimitList& list);
     void cmbQno_Click(int q);
     void cmbXQno_Click(int q);
     void lblExLimit_Click(int index);
@@ -65,7 +65,8 @@ class FrmTotal : public QDialog, private SheetHost {
     void SheetClosed(FrmGridBase& sheet) override;
 
     void BuildOption(TotalKindValue kind);
-    // Does what a control asks and shows what has come of it, a run-time error included.
+    // Does what a control asks, with dialogs where it needs some, and shows what has come of it, a run-time error
+    // included.
     void Run(const std::function<void()>& action);
     void Refresh();
     void RefreshTablePage();
@@ -78,7 +79,10 @@ class FrmTotal : public QDialog, private SheetHost {
     TotalSetup setup_;
     LimitList limitPass_;
     QPointer<FrmGridBase> sheet_;
-    bool picking_ = false;  // a condition is with the editor: what is being set up stays
+    // Dialogs that are open or have just been closed, and the result window that came to the front meanwhile. Desktops
+    // tend to show another window for a moment then; its options must not take the place of what the user has just set.
+    int asking_ = 0;
+    QPointer<FrmGridBase> passing_;
 };
 
 }  // namespace quibra
