@@ -1,7 +1,9 @@
 #include "tabulation/windows/frm_total.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QScopeGuard>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTimer>
 
@@ -67,6 +69,12 @@ FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& wi
     ui_->chkRough->setEnabled(session.survey.SampleCount() >= kRoughSamples);
 
     connect(ui_->txtNname, &QLineEdit::textChanged, this, [this](const QString& text) { setup_.Nname = text; });
+    // The boxes of the pages take the usual keys of a tab widget for their own.
+    auto* turn = new QShortcut(this);
+    turn->setKeys(QKeySequence::keyBindings(QKeySequence::NextChild) +
+                  QKeySequence::keyBindings(QKeySequence::PreviousChild) +
+                  QList<QKeySequence>{Qt::CTRL | Qt::Key_PageUp, Qt::CTRL | Qt::Key_PageDown});
+    connect(turn, &QShortcut::activated, this, [this] { SetWindow(setup_.page == kTable ? kEssayList : kTable); });
     connect(ui_->tabTotal, &QTabWidget::currentChanged, this, [this](int page) { SetWindow(page + 1); });
     connect(ui_->cmbQno, &QComboBox::activated, this, &FrmTotal::cmbQno_Click);
     connect(ui_->cmbToQno, &QComboBox::activated, this, [this](int q) { Run([&] { setup_.toQno = q; }); });
@@ -97,6 +105,10 @@ FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& wi
     QPushButton* const totals[] = {ui_->cmdTotal_0, ui_->cmdTotal_1, ui_->cmdTotal_2, ui_->cmdTotal_3};
     for (int i = 0; i < 4; ++i)
         connect(totals[i], &QPushButton::clicked, this, [this, i] { cmdTotal_Click(i); });
+
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now && isAncestorOf(now)) control_ = now;
+    });
 
     windows.AddHost(*this);
     Refresh();
@@ -181,11 +193,8 @@ void FrmTotal::BuildOption(TotalKindValue kind) {
     const QPointer<FrmGridBase> sheet = &Sheet();
     // The window comes to the front with this, and its options of before must not come back here.
     sheet->SetActivationCounts(false);
-    // While it totals it takes this window out of use, and with that the focus from its control.
-    const QPointer<QWidget> control = focusWidget();
     const auto restore = qScopeGuard([&] {
         if (sheet) sheet->SetActivationCounts(true);
-        if (control && !focusWidget()) control->setFocus();
     });
     sheet->SheetCommand(u"Do Total"_s);
 }
@@ -276,6 +285,13 @@ void FrmTotal::RefreshEssayPage() {
         option->setAutoExclusive(true);
     }
     ui_->lblCon->Show(setup_.EssayDetailText());
+}
+
+// A total takes all other windows out of use, and with that the focus from their controls.
+void FrmTotal::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !focusWidget() && control_)
+        control_->setFocus();
 }
 
 void FrmTotal::closeEvent(QCloseEvent* event) {
