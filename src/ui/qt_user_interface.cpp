@@ -28,8 +28,11 @@ constexpr qint64 kMillisecondsBetweenEvents = 30;
 
 // The window that a question belongs to.
 QWidget* Asker() {
+    static QPointer<QWidget> last;
     if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    if (QWidget* active = QApplication::activeWindow()) return active;
+    if (QWidget* active = QApplication::activeWindow()) return last = active;
+    // Just behind a dialog no window is active, and the next question is of the window that asked before.
+    if (last && last->isVisible()) return last;
     const QList<QWidget*> forms = OpenForms();
     return forms.isEmpty() ? nullptr : forms.constLast();
 }
