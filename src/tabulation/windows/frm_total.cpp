@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScopeGuard>
+#include <QScreen>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QTimer>
@@ -63,6 +65,7 @@ FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& wi
     ui_->lstLimit->setItemDelegate(new RowDelegate(ui_->lstLimit));
     SetUpForm(this, session.ui, kHelpTotal);
     setAttribute(Qt::WA_DeleteOnClose);
+    SetSize();
     const QStringList questions = PlainQuestionList(session.survey);
     for (QComboBox* box : {ui_->cmbQno, ui_->cmbToQno, ui_->cmbXQno, ui_->cmbEQno})
         SetRows(box, questions, 0);
@@ -112,6 +115,21 @@ FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& wi
 
     windows.AddHost(*this);
     Refresh();
+}
+
+// As large as the pages ask for; on a screen that is too low for one it scrolls, and only its buttons stay.
+void FrmTotal::SetSize() {
+    int hidden = 0;
+    for (QScrollArea* area : {ui_->areaTable, ui_->areaEssay}) {
+        QWidget* page = area->widget();
+        for (QWidget* ground : {area->viewport(), page})
+            ground->setAutoFillBackground(false);
+        area->setMinimumWidth(page->minimumSizeHint().width() + area->verticalScrollBar()->sizeHint().width());
+        hidden = std::max(hidden, page->sizeHint().height() - area->sizeHint().height());
+    }
+    const QSize whole = sizeHint() + QSize(0, hidden);
+    const int titleBar = 3 * fontMetrics().height();
+    resize(whole.boundedTo(screen()->availableSize() - QSize(0, titleBar)));
 }
 
 FrmTotal::~FrmTotal() {

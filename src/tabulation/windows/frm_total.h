@@ -50,6 +50,7 @@ class FrmTotal : public QDialog, private SheetHost {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    void SetSize();
     bool PickLimit(LimitList& list);
     void cmbQno_Click(int q);
     void cmbXQno_Click(int q);
