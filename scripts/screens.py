@@ -24,6 +24,9 @@ NEEDED = {"Xvfb": "xvfb", "jwm": "jwm", "xdotool": "xdotool", "import": "imagema
 # A list of keys is sent to whatever window is then active. A name that begins with "menu" is a picture of all
 # windows with their frames, since a popup menu is not the active one.
 SURVEY = "アンケート/residents.qb"
+# The set-up of two totals: which of the city's places people use, by sex; and the years that they have lived there.
+CROSS = ["alt+q", "a", "Tab", "Tab", *["Down"] * 18, "alt+x"]
+ESSAYS = ["alt+q", "a", "Tab", "Tab", "ctrl+Tab", *["Down"] * 8, "alt+e"]
 SCREENS = [
     ("main", ["quibra", SURVEY], []),
     ("main-empty", ["quibra"], []),
@@ -36,6 +39,12 @@ SCREENS = [
     ("lock-again", ["quibra", SURVEY], ["alt+o", "p", "Return", "Tab", "Tab", "q", "Return", "Return"]),
     ("condition-editor", ["quibra", SURVEY], ["alt+q", "l"]),
     ("total-setup", ["quibra", SURVEY], ["alt+q", "a"]),
+    ("total-cross", ["quibra", SURVEY], CROSS),
+    ("total-essays", ["quibra", SURVEY], ESSAYS),
+    ("condition-picker", ["quibra", SURVEY], ["alt+q", "a", "alt+a", "Tab", "Return", "Down", "alt+o"]),
+    ("result-cross", ["quibra", SURVEY], [*CROSS, "alt+n"]),
+    ("result-sorted", ["quibra", SURVEY], [*CROSS, "alt+n", "alt+e", "s", "alt+e", *["Down"] * 7, "Return"]),
+    ("result-essays", ["quibra", SURVEY], [*ESSAYS, "Return", "alt+i", "r", "space", "Return"]),
     ("result", ["quibra", SURVEY], ["alt+q", "a", "alt+x", "alt+n"]),
     ("help", ["quibra", SURVEY], ["F1"]),
     ("help-search", ["quibra", SURVEY], ["F1", "ctrl+f", *"HTML", "Return"]),
