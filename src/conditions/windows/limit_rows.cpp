@@ -60,6 +60,8 @@ void PreLimitDelegate::initStyleOption(QStyleOptionViewItem* option, const QMode
     const auto* list = qobject_cast<const QListWidget*>(option->widget);
     if (list == nullptr || list->selectionMode() != QAbstractItemView::MultiSelection) return;
     option->features |= QStyleOptionViewItem::HasCheckIndicator;
+    // The style draws the box's edge from this colour, and on a dark ground would lose it.
+    option->palette.setColor(QPalette::Window, ColorOf(ThemeColor::NotApplicable, option->palette));
     option->checkState = option->state & QStyle::State_Selected ? Qt::Checked : Qt::Unchecked;
 }
 
