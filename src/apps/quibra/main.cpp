@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
     Application application(argc, argv);
     QCoreApplication::setApplicationName(u"quibra"_s);
     QCoreApplication::setApplicationVersion(u"" QUIBRA_VERSION ""_s);
-    QGuiApplication::setDesktopFileName(u"jp.quibra.Quibra"_s);
+    QGuiApplication::setDesktopFileName(u"quibra"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     SetUpApplication(application);
     InstallAccessibleIds(application);

@@ -1,0 +1,84 @@
+# What `cmake --install` puts where. Everything is found from the programs' own place, so the prefix may be any and
+# may be moved later. Help pages and icons of the windows are compiled into the program.
+include(GNUInstallDirs)
+
+# The companion library belongs to the programs: a folder of its own keeps it out of the linker's search. It lies two
+# levels deep, since CPack has the package call ldconfig for a library in lib or right below.
+set(companion_dir ${CMAKE_INSTALL_LIBDIR}/quibra/companion)
+file(RELATIVE_PATH bin_to_companion ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/quibra/companion)
+set_target_properties(quibra quibra-cli PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_companion}")
+# All symbols are resolved at the start, so that the table of their addresses can be made read-only.
+foreach(target IN ITEMS quibra quibra-cli quibra_companion)
+  target_link_options(${target} PRIVATE LINKER:-z,relro,-z,now)
+endforeach()
+install(TARGETS quibra quibra-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS quibra_companion LIBRARY DESTINATION ${companion_dir}
+        PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+
+set(desktop_dir ${PROJECT_SOURCE_DIR}/data/desktop)
+set(hicolor_dir ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+install(FILES ${desktop_dir}/quibra.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES ${desktop_dir}/quibra-mime.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages RENAME quibra.xml)
+install(FILES ${desktop_dir}/jp.quibra.Quibra.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES ${PROJECT_SOURCE_DIR}/data/icons/quibra.svg DESTINATION ${hicolor_dir}/scalable/apps)
+install(FILES ${desktop_dir}/application-x-quibra.svg DESTINATION ${hicolor_dir}/scalable/mimetypes)
+install(FILES ${PROJECT_SOURCE_DIR}/data/samples/residents.qb DESTINATION ${CMAKE_INSTALL_DATADIR}/quibra/samples)
+
+# The license in the form that Debian's tools read: a head, then its text, indented and with a dot for an empty line.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/LICENSE)
+file(READ ${PROJECT_SOURCE_DIR}/LICENSE license)
+string(REGEX MATCH "Copyright \\(c\\) ([^\n]+)\n\n(.*[^\n])" license "${license}")
+set(holders ${CMAKE_MATCH_1})
+string(REPLACE "\n\n" "\n.\n" license "${CMAKE_MATCH_2}")
+string(REPLACE "\n" "\n " license "${license}")
+file(CONFIGURE OUTPUT install/copyright @ONLY CONTENT
+"Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/
+Upstream-Name: Quibra
+Upstream-Contact: The Quibra developers
+
+Files: *
+Copyright: @holders@
+License: Expat
+
+License: Expat
+ @license@
+")
+install(FILES ${PROJECT_BINARY_DIR}/install/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# made_file(NAME DESTINATION COMMAND...): a file of the build that is installed; COMMAND writes it.
+set(made_files)
+function(made_file name destination source)
+  set(path ${PROJECT_BINARY_DIR}/install/${name})
+  cmake_path(GET path PARENT_PATH folder)
+  file(MAKE_DIRECTORY ${folder})
+  add_custom_command(OUTPUT ${path} COMMAND ${ARGN} DEPENDS ${source} VERBATIM)
+  install(FILES ${path} DESTINATION ${destination})
+  set(made_files ${made_files} ${path} PARENT_SCOPE)
+endfunction()
+
+add_executable(render_icon ${desktop_dir}/render_icon.cpp)
+target_link_libraries(render_icon PRIVATE Qt6::Gui Qt6::Svg)
+set_target_properties(render_icon PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/install)
+foreach(size IN ITEMS 16 22 24 32 48 64 128 256)
+  set(svg ${PROJECT_SOURCE_DIR}/data/icons/quibra.svg)
+  if(size EQUAL 16)
+    set(svg ${desktop_dir}/quibra-16.svg)  # so few pixels want lines that fall on them
+  endif()
+  set(png icons/${size}/quibra.png)
+  made_file(${png} ${hicolor_dir}/${size}x${size}/apps ${svg}
+            render_icon ${svg} ${size} ${PROJECT_BINARY_DIR}/install/${png})
+endforeach()
+
+find_program(GZIP gzip REQUIRED)
+# Without name and time in it, the same text always gives the same bytes.
+function(gzipped_file name destination source)
+  made_file(${name} ${destination} ${source} ${GZIP} -9 -n -c ${source} > ${PROJECT_BINARY_DIR}/install/${name})
+  set(made_files ${made_files} PARENT_SCOPE)
+endfunction()
+gzipped_file(changelog.gz ${CMAKE_INSTALL_DOCDIR} ${PROJECT_SOURCE_DIR}/data/debian/changelog)
+foreach(page IN ITEMS quibra.1 quibra-cli.1 ja/quibra.1 ja/quibra-cli.1)
+  cmake_path(GET page PARENT_PATH language)
+  gzipped_file(man/${page}.gz ${CMAKE_INSTALL_MANDIR}/${language}/man1 ${PROJECT_SOURCE_DIR}/data/man/${page})
+endforeach()
+
+add_custom_target(install_files ALL DEPENDS ${made_files})
