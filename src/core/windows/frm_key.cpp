@@ -37,7 +37,10 @@ FrmKey::FrmKey(SurveySession& session, QWidget* parent)
     WinCenter(this);
 }
 
-FrmKey::~FrmKey() = default;
+FrmKey::~FrmKey() {
+    // What remains of a shown window still moves the focus, and must not be told so any more.
+    qApp->disconnect(this);
+}
 
 void FrmKey::LV_Click(int index) {
     SetLockLevel(session_, index);

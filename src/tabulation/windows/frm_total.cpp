@@ -133,6 +133,8 @@ void FrmTotal::SetSize() {
 }
 
 FrmTotal::~FrmTotal() {
+    // What remains of a shown window still moves the focus, and must not be told so any more.
+    qApp->disconnect(this);
     windows_.RemoveHost(*this);
 }
 
