@@ -156,11 +156,10 @@ void DeleteWorkFiles(const QString& directory) {
 
 void TellTheEnd(SurveySession& session, const QString& error) {
     QString text = error + u"\r\nクイブラを終了します。"_s;
-    if (session.IsChanged()) {
-        const QString rescued = WriteRescueFile(session);
+    const QString rescued = LeaveUnasked(session);
+    if (session.IsChanged() && !session.IsDead())
         text += rescued.isEmpty() ? u"\r\n変更したアンケートは書き出せませんでした。"_s
                                   : u"\r\n変更したアンケートを次のファイルに書き出しました。\r\n"_s + rescued;
-    }
     session.ui.Message(text, kCritical);
 }
 

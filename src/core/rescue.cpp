@@ -36,7 +36,8 @@ bool WriteTo(const Survey& survey, const QString& path) {
 }  // namespace
 
 QString WriteRescueFile(const SurveySession& session) noexcept {
-    if (!session.IsChanged()) return QString();
+    // A survey that broke off in a load is nobody's work, whatever the lock says of it.
+    if (!session.IsChanged() || session.IsDead()) return QString();
     const QFileInfo original(session.survey.FileName);
     const QString name =
         original.completeBaseName() + QDateTime::currentDateTime().toString(u"'.rescue-'yyyyMMdd-HHmmss'.qb'"_s);
@@ -45,6 +46,14 @@ QString WriteRescueFile(const SurveySession& session) noexcept {
         if (WriteTo(session.survey, path)) return path;
     }
     return QString();
+}
+
+QString LeaveUnasked(SurveySession& session) noexcept {
+    const QString rescued = WriteRescueFile(session);
+    // The windows are not told: what they stand on may be gone.
+    RecentAdd(session.settings, rescued);
+    session.WriteSettings();
+    return rescued;
 }
 
 }  // namespace quibra

@@ -1,15 +1,27 @@
-// The message loop's top. Its tests need a QApplication of the program's own kind, and so a main() of their own.
+// The ends that a program can come to. Their tests need a QApplication of the program's own kind, and so a main() of
+// their own.
 #include "apps/quibra/application.h"
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 
+#include "apps/quibra/start_up.h"
+#include "apps/quibra/unasked_end.h"
+#include "core/rescue.h"
 #include "core/runtime_error.h"
+#include "support/scripted_interface.h"
+
+using namespace Qt::StringLiterals;
 
 namespace quibra {
 namespace {
@@ -50,6 +62,61 @@ TEST(Application, WordsThatFailThemselvesAreTheLast) {
     });
     EXPECT_EXIT(PressFor([] { throw RuntimeError(kErrorOverflow); }),
                 testing::ExitedWithCode(Application::kBrokenStatus), "^last words: オーバーフローしました。\n$");
+}
+
+// The program with a changed survey, until `end` has ended it.
+void WorkUntil(const ProgramFolders& folders, const QString& survey, const std::function<void()>& end) {
+    ScriptedInterface user;
+    StartUp program(user, folders);
+    const UnaskedEnd unaskedEnd([&] { LeaveUnasked(program.Session()); });
+    if (!program.Run(survey)) return;
+    program.Session().survey.Editor = u"変更した人"_s;
+    program.Session().ChangedOn();
+    QTimer::singleShot(0, application, end);
+    QApplication::exec();
+}
+
+TEST(UnaskedEnd, WorkIsRescuedAndOfferedAtTheNextStart) {
+    const struct {
+        std::function<void()> end;
+        std::function<bool(int)> status;
+    } cases[] = {{[] { std::raise(SIGTERM); }, testing::KilledBySignal(SIGTERM)},
+                 {[] { std::raise(SIGINT); }, testing::KilledBySignal(SIGINT)},
+                 {[] { std::raise(SIGHUP); }, testing::KilledBySignal(SIGHUP)},
+                 // As Qt does when the display is gone.
+                 {[] { std::exit(1); }, testing::ExitedWithCode(1)}};
+    for (const auto& [end, status] : cases) {
+        const QTemporaryDir folder;
+        const QString survey = folder.filePath(u"a.qb"_s);
+        ASSERT_TRUE(QFile::copy(QStringLiteral(QUIBRA_SOURCE_DIR "/data/samples/residents.qb"), survey));
+        const ProgramFolders folders{
+            .data = folder.filePath(u"data"_s), .runtime = folder.path(), .settings = folder.filePath(u"quibra.ini"_s)};
+        EXPECT_EXIT(WorkUntil(folders, survey, end), status, "");
+        const QStringList rescued = QDir(folder.path()).entryList({u"a.rescue-*.qb"_s});
+        ASSERT_EQ(rescued.size(), 1);
+
+        ScriptedInterface user;
+        user.messageAnswers = {Answer::Yes};
+        StartUp next(user, folders);
+        ASSERT_TRUE(next.Run({}));
+        const QString rescue = folder.filePath(rescued[0]);
+        EXPECT_EQ(user.transcript.value(0).toStdString(),
+                  (u"message 36 クイブラダイレクトスタート: "_s + rescue + u"を読み込みますか -> Yes"_s).toStdString());
+        EXPECT_EQ(next.Session().survey.FileName, rescue);
+        EXPECT_EQ(next.Session().survey.Editor, u"変更した人"_s);
+        EXPECT_EQ(next.Session().settings.RecentFiles[1], survey);
+    }
+}
+
+TEST(UnaskedEnd, SignalThatTheProgramWasStartedToIgnoreStaysIgnored) {
+    const auto ignoring = [] {
+        std::signal(SIGHUP, SIG_IGN);
+        const UnaskedEnd unaskedEnd([] { Say(u"ended"_s); });
+        QTimer::singleShot(0, application, [] { std::raise(SIGHUP); });
+        QTimer::singleShot(50, application, [] { QCoreApplication::exit(4); });
+        std::_Exit(QApplication::exec());
+    };
+    EXPECT_EXIT(ignoring(), testing::ExitedWithCode(4), "^$");
 }
 
 }  // namespace

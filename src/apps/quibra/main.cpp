@@ -4,7 +4,9 @@
 #include "apps/quibra/command_channel.h"
 #include "apps/quibra/frm_main.h"
 #include "apps/quibra/start_up.h"
+#include "apps/quibra/unasked_end.h"
 #include "core/main_commands.h"
+#include "core/rescue.h"
 #include "ui/accessibility.h"
 #include "ui/qt_user_interface.h"
 #include "ui/theme.h"
@@ -26,6 +28,7 @@ int main(int argc, char** argv) {
     QtUserInterface ui;
     StartUp startUp(ui, UserFolders());
     application.SetLastWords([&](const QString& error) { TellTheEnd(startUp.Session(), error); });
+    const UnaskedEnd unaskedEnd([&] { LeaveUnasked(startUp.Session()); });
     CommandChannel channel([&](const QString& command) { startUp.Main()->Command(command); });
 
     // From inside the loop, so that its top sees the errors of the start, too.
