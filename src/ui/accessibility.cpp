@@ -3,11 +3,13 @@
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QComboBox>
 #include <QEvent>
 #include <QHash>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QTextEdit>
@@ -45,6 +47,13 @@ bool IsPartOfControl(const QWidget* widget, const QWidget* window) {
             qobject_cast<const QAbstractItemView*>(parent))
             return true;
     return false;
+}
+
+// To Qt a window that is a plain QWidget is a pane, which screen readers pass over.
+QAccessibleInterface* AccessibleWindow(const QString&, QObject* object) {
+    auto* widget = qobject_cast<QWidget*>(object);
+    if (!widget || widget->windowType() != Qt::Window || qobject_cast<QMainWindow*>(widget)) return nullptr;
+    return new QAccessibleWidget(widget, QAccessible::Window);
 }
 
 class AccessibleIds : public QObject {
@@ -91,7 +100,8 @@ QStringList UnnamedControls(const QWidget* window) {
     return unnamed;
 }
 
-void InstallAccessibleIds(QApplication& application) {
+void InstallAccessibility(QApplication& application) {
+    QAccessible::installFactory(AccessibleWindow);
     if (qEnvironmentVariable("QUIBRA_A11Y_IDS") == u"1"_s)
         application.installEventFilter(new AccessibleIds(&application));
 }

@@ -16,8 +16,8 @@ QList<QWidget*> ControlsOf(const QWidget* window);
 // The controls that a person can reach and that have no accessible name, by class and objectName. A test fails on any.
 QStringList UnnamedControls(const QWidget* window);
 
-// With QUIBRA_A11Y_IDS=1 in the environment each widget's accessible description becomes "#" and its objectName, so
-// that a driving program finds it. Without the variable this does nothing.
-void InstallAccessibleIds(QApplication& application);
+// Makes windows known as windows. With QUIBRA_A11Y_IDS=1 in the environment, too, each widget's accessible description
+// becomes "#" and its objectName, so that a driving program finds it.
+void InstallAccessibility(QApplication& application);
 
 }  // namespace quibra

@@ -13,6 +13,12 @@ using namespace Qt::StringLiterals;
 
 namespace quibra {
 
+namespace {
+
+constexpr int kMillisecondsUnseen = 300;
+
+}  // namespace
+
 FrmProcessing::FrmProcessing(UserInterface& ui, std::function<bool()> confirmStop)
     : controls_(std::make_unique<Ui::FrmProcessing>()), confirmStop_(std::move(confirmStop)) {
     controls_->setupUi(this);
@@ -21,6 +27,8 @@ FrmProcessing::FrmProcessing(UserInterface& ui, std::function<bool()> confirmSto
     setWindowModality(Qt::ApplicationModal);
     controls_->cmdStop->installEventFilter(this);
     connect(controls_->cmdStop, &QPushButton::clicked, this, &FrmProcessing::cmdStop_Click);
+    appears_.setSingleShot(true);
+    connect(&appears_, &QTimer::timeout, this, &QWidget::show);
 }
 
 FrmProcessing::~FrmProcessing() = default;
@@ -33,7 +41,12 @@ void FrmProcessing::Open(const ProgressSpec& spec) {
     controls_->pctBar->setAccessibleName(u"0%"_s);
     controls_->cmdStop->setEnabled(true);
     controls_->cmdStop->setFocus();
-    if (spec.show) show();
+    if (spec.show) appears_.start(kMillisecondsUnseen);
+}
+
+void FrmProcessing::Close() {
+    appears_.stop();
+    hide();
 }
 
 void FrmProcessing::Progress(int percent) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QTimer>
 #include <functional>
 #include <memory>
 
@@ -20,8 +21,10 @@ class FrmProcessing : public QDialog {
     FrmProcessing(UserInterface& ui, std::function<bool()> confirmStop);
     ~FrmProcessing() override;
 
-    // Fills the window for a new job and shows it unless it is to stay unseen.
+    // Fills the window for a new job and, unless it is to stay unseen, shows it as soon as the job takes a while: what
+    // is over in a blink needs no window that flashes up.
     void Open(const ProgressSpec& spec);
+    void Close();
     // The bar; 0 to 100.
     void Progress(int percent);
     // The line that tells the figures.
@@ -41,6 +44,7 @@ class FrmProcessing : public QDialog {
 
     std::unique_ptr<Ui::FrmProcessing> controls_;
     std::function<bool()> confirmStop_;
+    QTimer appears_;
     bool asking_ = false;
 };
 

@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
 
+#include "core/help_topics.h"
 #include "core/numbers.h"
 #include "ui/form.h"
 #include "ui/frm_ask.h"
@@ -97,6 +99,14 @@ QString SuffixOf(const QString& filter) {
     return simple.match(filter).captured(1);
 }
 
+// Qt's Japanese lacks this one word.
+class FileIcons : public QFileIconProvider {
+  public:
+    QString type(const QFileInfo& file) const override {
+        return file.isDir() ? u"フォルダー"_s : QFileIconProvider::type(file);
+    }
+};
+
 }  // namespace
 
 class QtUserInterface::Question {
@@ -144,6 +154,7 @@ Answer QtUserInterface::Message(const QString& text, int style, const QString& t
     }
     const qsizetype wanted = style & kSecondDefault ? 1 : 0;
     box.setDefaultButton(buttons[std::min(wanted, buttons.size() - 1)]);
+    SetUpForm(&box, *this, kHelpDialogs);
     box.exec();
     for (qsizetype i = 0; i < buttons.size(); ++i)
         if (box.clickedButton() == buttons[i]) return choices[i].answer;
@@ -205,6 +216,9 @@ QString QtUserInterface::FileBox(const QString& path, const QString& filter, boo
     const QString folder = path.left(slash + 1).replace(u'\\', u'/');
     if (!folder.isEmpty() && QDir(folder).exists()) dialog.setDirectory(folder);
     dialog.selectFile(path.mid(slash + 1));
+    FileIcons icons;
+    dialog.setIconProvider(&icons);
+    SetUpForm(&dialog, *this, kHelpDialogs);
     if (dialog.exec() != QDialog::Accepted) return {};
     return dialog.selectedFiles().value(0);
 }
@@ -241,7 +255,7 @@ void QtUserInterface::ProgressClose() {
         if (paused.focus && !paused.window->focusWidget()) paused.focus->setFocus();
     }
     paused_.clear();
-    processing_->hide();
+    processing_->Close();
 }
 
 void QtUserInterface::Beep() {

@@ -56,6 +56,14 @@ QStringList TabOrder(QWidget& window) {
     return order;
 }
 
+// The window that work shows when it takes a while.
+QWidget* OpenProgress(QtUserInterface& ui, const ProgressSpec& spec) {
+    ui.ProgressOpen(spec);
+    EXPECT_FALSE(QApplication::activeModalWidget()) << "at once";
+    EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activeModalWidget(); }));
+    return QApplication::activeModalWidget();
+}
+
 const QStringList kQuestions{u"Q1. 性別"_s, u"Q2. 年齢"_s, u"Q3. 職業"_s, u"Q4. 趣味"_s};
 
 }  // namespace
@@ -118,6 +126,14 @@ TEST(Message, ShowsTheToldButtonsIconAndDefault) {
     }
     WhenAsked([](QWidget& window) { Key(window, Qt::Key_N, Qt::AltModifier); });
     EXPECT_EQ(ui.Message(u"キー"_s, kYesNoCancel, u"題"_s), Answer::No);
+    WhenAsked([](QWidget& window) {
+        Key(window, Qt::Key_F1);
+        const QList<QWidget*> forms = OpenForms();
+        EXPECT_EQ(forms.constLast()->objectName(), u"frmHelp"_s);
+        forms.constLast()->close();
+        Key(window, Qt::Key_Return);
+    });
+    EXPECT_EQ(ui.Message(u"ヘルプ"_s, kOkOnly), Answer::Ok);
 }
 
 TEST(AskBox, AnswersByKeyAndCancels) {
@@ -233,9 +249,12 @@ TEST(ProgressWindow, PaintsEachStretchInTheColourOfItsStartAndWipesBack) {
     QWidget other;
     SetUpForm(&other, ui, 0);
     other.show();
-    ui.ProgressOpen(
-        {.title = u"読み込み中"_s, .info = u"a.qb"_s, .caption = u"質問など"_s, .show = true, .onFatalStop = {}});
-    QWidget* window = QApplication::activeModalWidget();
+    const ProgressSpec load{.title = u"読み込み中"_s, .info = u"a.qb"_s, .caption = u"質問など"_s, .onFatalStop = {}};
+    ui.ProgressOpen(load);
+    ui.ProgressClose();
+    QTest::qWait(400);
+    EXPECT_FALSE(QApplication::activeModalWidget()) << "what was over at once shows nothing";
+    QWidget* window = OpenProgress(ui, load);
     ASSERT_TRUE(window);
     EXPECT_EQ(window->windowTitle(), u"読み込み中"_s);
     EXPECT_EQ(Find<QLabel>(*window, u"lblInfomation"_s).text(), u"a.qb"_s);
@@ -285,13 +304,12 @@ TEST(ProgressWindow, StopAsksInTheWordsOfTheWorkAndCancelGoesOn) {
         SCOPED_TRACE(qPrintable(expected.told[0]));
         QtUserInterface ui;
         int broken = 0;
-        ui.ProgressOpen({.title = u"処理中"_s,
-                         .info = {},
-                         .caption = {},
-                         .fatal = expected.fatal,
-                         .save = expected.save,
-                         .onFatalStop = [&broken] { ++broken; }});
-        QWidget* window = QApplication::activeModalWidget();
+        QWidget* window = OpenProgress(ui, {.title = u"処理中"_s,
+                                            .info = {},
+                                            .caption = {},
+                                            .fatal = expected.fatal,
+                                            .save = expected.save,
+                                            .onFatalStop = [&broken] { ++broken; }});
         ASSERT_TRUE(window && QTest::qWaitForWindowActive(window));
         QStringList told;
         const auto note = [&told](QWidget& box) { told += dynamic_cast<QMessageBox&>(box).text(); };

@@ -105,7 +105,7 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     SetUpApplication(application);
-    InstallAccessibleIds(application);
+    InstallAccessibility(application);
     const QStringList arguments = QApplication::arguments();
     if (arguments.contains(u"--dark"_s)) QApplication::setPalette(DarkPalette());
     const auto screen = kScreens.find(arguments[1]);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QApplication>
 #include <QGroupBox>
 #include <QLabel>
@@ -122,6 +123,7 @@ class EveryWindow : public testing::TestWithParam<int> {
 
     static void CheckLooks(QWidget* window) {
         EXPECT_EQ(UnnamedControls(window), QStringList());
+        EXPECT_NE(QAccessible::queryAccessibleInterface(window)->role(), QAccessible::Client) << "only a pane";
         for (const QStringList& sharing : Mnemonics(window))
             EXPECT_TRUE(sharing.size() == 1 || kShared.contains(sharing)) << qPrintable(sharing.join(u" = "));
         EXPECT_LE(window->minimumSizeHint().width(), 1280);

@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName(u"quibra"_s);
     QApplication::setQuitOnLastWindowClosed(false);
     SetUpApplication(application);
-    InstallAccessibleIds(application);
+    InstallAccessibility(application);
     QApplication::setWindowIcon(QIcon(u":/icons/quibra.svg"_s));
 
     QtUserInterface ui;

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     quibra::SetUpApplication(application);
+    quibra::InstallAccessibility(application);
     QApplication::setFont(QFont(QStringLiteral("IPAexGothic"), 10));
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
