@@ -55,6 +55,11 @@ SCREENS = [
 ]
 
 
+# The people whose files the pictures show, and where they live: a mount that only the program sees, since its paths are
+# in the pictures.
+HOMES = "/srv"
+IN_HOMES = ["unshare", "--map-root-user", "--mount", "sh", "-c",
+            f'mount --bind "$0" {HOMES} && cd {HOMES}/hanako && exec "$@"']
 PEOPLE = ("aoi", "akira", "chika", "daiki", "emi", "fumi", "genta", "hana", "hanako",
           "haruto", "ichiro", "jun", "kana", "ken", "mai", "nao", "rei")
 
@@ -149,22 +154,23 @@ def take(screen, build, path, env, dark):
     name, command, keys = screen
     with tempfile.TemporaryDirectory(prefix="quibra-") as place:
         # Nobody's settings and files are in the pictures: a tree of folders shows the home among these.
+        homes = pathlib.Path(place) / "homes"
         for person in PEOPLE:
-            (pathlib.Path(place) / "home" / person).mkdir(parents=True)
-        home = f"{place}/home/hanako"
+            (homes / person).mkdir(parents=True)
+        home = f"{HOMES}/hanako"
         program_env = env | {"HOME": home, "XDG_CONFIG_HOME": f"{home}/.config", "XDG_DATA_HOME": f"{home}/.local/share",
-                             "XDG_RUNTIME_DIR": place}
+                             "XDG_RUNTIME_DIR": place, "LANG": "ja_JP.UTF-8"}
         for folder in ("アンケート/2023年度", "アンケート/2024年度", "集計結果", "書類"):
-            (pathlib.Path(home) / folder).mkdir(parents=True)
-        shutil.copy(ROOT / "data/samples/residents.qb", pathlib.Path(home) / "アンケート")
-        program = [str(build / "bin" / command[0]), *command[1:]]
+            (homes / "hanako" / folder).mkdir(parents=True)
+        shutil.copy(ROOT / "data/samples/residents.qb", homes / "hanako/アンケート")
+        program = [*IN_HOMES, str(homes), str(build / "bin" / command[0]), *command[1:]]
         if dark and command[0] == "quibra_screens":
             program.append("--dark")
         elif dark:
             program_env |= DARK_DESKTOP
-            (pathlib.Path(home) / ".config").mkdir()
-            (pathlib.Path(home) / ".config/kdeglobals").write_text(DARK_COLOURS)
-        with running(program, env=program_env, cwd=home) as process:
+            (homes / "hanako/.config").mkdir()
+            (homes / "hanako/.config/kdeglobals").write_text(DARK_COLOURS)
+        with running(program, env=program_env) as process:
             for key in keys:
                 wait_for(f"{name}: a window", lambda: active_window(process, env))
                 time.sleep(0.3)

@@ -3,9 +3,11 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileIconProvider>
+#include <QHeaderView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTreeView>
 #include <algorithm>
 #include <cmath>
 
@@ -218,6 +220,10 @@ QString QtUserInterface::FileBox(const QString& path, const QString& filter, boo
     dialog.selectFile(path.mid(slash + 1));
     FileIcons icons;
     dialog.setIconProvider(&icons);
+    if (auto* list = dialog.findChild<QTreeView*>()) {
+        list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
     SetUpForm(&dialog, *this, kHelpDialogs);
     if (dialog.exec() != QDialog::Accepted) return {};
     return dialog.selectedFiles().value(0);
