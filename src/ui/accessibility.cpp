@@ -9,7 +9,6 @@
 #include <QHash>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMainWindow>
 #include <QPlainTextEdit>
 #include <QScrollArea>
 #include <QTextEdit>
@@ -34,8 +33,12 @@ QString PlaceholderOf(const QWidget* widget) {
     return {};
 }
 
+QAccessibleInterface* AccessibleOf(const QWidget* widget) {
+    return QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+}
+
 QString NameOf(const QWidget* widget) {
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+    QAccessibleInterface* accessible = AccessibleOf(widget);
     return accessible ? accessible->text(QAccessible::Name).trimmed() : QString();
 }
 
@@ -49,10 +52,12 @@ bool IsPartOfControl(const QWidget* widget, const QWidget* window) {
     return false;
 }
 
-// To Qt a window that is a plain QWidget is a pane, which screen readers pass over.
-QAccessibleInterface* AccessibleWindow(const QString&, QObject* object) {
+// To Qt a window that is a plain QWidget is a pane, which screen readers pass over. Controls and Qt's own windows are
+// known by the names of their classes before "QWidget" is asked for.
+QAccessibleInterface* AccessibleWindow(const QString& className, QObject* object) {
+    if (className != u"QWidget") return nullptr;
     auto* widget = qobject_cast<QWidget*>(object);
-    if (!widget || widget->windowType() != Qt::Window || qobject_cast<QMainWindow*>(widget)) return nullptr;
+    if (!widget || widget->windowType() != Qt::Window) return nullptr;
     return new QAccessibleWidget(widget, QAccessible::Window);
 }
 
@@ -95,7 +100,8 @@ void NameControls(QWidget* window) {
 QStringList UnnamedControls(const QWidget* window) {
     QStringList unnamed;
     for (const QWidget* control : ControlsOf(window))
-        if (control->isVisibleTo(window) && NameOf(control).isEmpty())
+        if (control->isVisibleTo(window) &&
+            (NameOf(control).isEmpty() || AccessibleOf(control)->role() == QAccessible::Window))
             unnamed += QString::fromLatin1(control->metaObject()->className()) + u' ' + control->objectName();
     return unnamed;
 }

@@ -13,7 +13,8 @@ void NameControls(QWidget* window);
 
 // What a person can put the focus on: not the parts that Qt makes of one control, nor what hands its focus on.
 QList<QWidget*> ControlsOf(const QWidget* window);
-// The controls that a person can reach and that have no accessible name, by class and objectName. A test fails on any.
+// The controls that a person can reach and that a screen reader cannot tell: without accessible name, or taken for a
+// window. By class and objectName; a test fails on any.
 QStringList UnnamedControls(const QWidget* window);
 
 // Makes windows known as windows. With QUIBRA_A11Y_IDS=1 in the environment, too, each widget's accessible description
