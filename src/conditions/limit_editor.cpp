@@ -92,8 +92,9 @@ void LimitEditor::AddLimitLine(int kind) {
         return;
     }
     const int pos = InsertionRow();
-    for (int j = kLastLine; j > pos; --j)
+    for (int j = kLastLine - 1; j > pos; --j)
         limitWork_[j] = limitWork_[j - 1];
+    limitWork_[kLastLine] = {};  // closes the list, whatever lines out of sight were pushed here
 
     // The refusals of a から come behind the move, so that they leave the line at `pos` doubled.
     int choice = chosen_.choice;
@@ -148,7 +149,7 @@ void LimitEditor::DeleteLine() {
         session_.ui.Beep();
         return;
     }
-    limitWork_[kLastLine].a = 0;
+    limitWork_[kLastLine] = {};
     for (int j = row_; j < kLastLine; ++j)
         limitWork_[j] = limitWork_[j + 1];
     rows_.removeAt(row_);
@@ -159,7 +160,7 @@ void LimitEditor::DeleteLine() {
 
 void LimitEditor::ClearLines() {
     for (int i = 1; i <= kLastLine; ++i)
-        limitWork_[i].a = 0;
+        limitWork_[i] = {};
     ShowLimitLines();
     touched_ = true;
     CommitPreLimit();

@@ -1,5 +1,6 @@
 #include "tabulation/html_result.h"
 
+#include "core/bounded_array.h"
 #include "core/code_page.h"
 #include "tabulation/table_figures.h"
 
@@ -46,6 +47,7 @@ class HtmlPage {
         Line(HeadCell(u"[全体の限定]"_s) + u"<TD COLSPAN=\"2\" width=200>"_s + sheet_.ExLimitText + u"</TD></TR>"_s);
         QString limits = HeadCell(u"[個別の限定]"_s);
         std::vector<std::vector<TotalSheet::BlockRow>> columns;
+        CheckSubscript(limitCount, static_cast<int>(sheet_.LimitTexts.size()) + 1);  // fewer when a total broke off
         for (int L = 0; L < limitCount; ++L) {
             limits += both ? u"<TD COLSPAN=\"2\" width=200>"_s : u"<TD width=100>"_s;
             limits += sheet_.LimitTexts.at(L) + u"</TD>"_s;

@@ -6,7 +6,7 @@
 #include <QListView>
 #include <QPushButton>
 
-#include "ui/accessibility.h"
+#include "core/help_topics.h"
 #include "ui/form.h"
 
 using namespace Qt::StringLiterals;
@@ -24,7 +24,7 @@ void ShowColor(QPushButton* button, const QColor& color) {
 }  // namespace
 
 // Qt's own dialog has no colour, so a button for it joins the buttons at its foot.
-bool PickFont(QWidget* parent, QFont& font, QColor& color) {
+bool PickFont(UserInterface& ui, QWidget* parent, QFont& font, QColor& color) {
     QFontDialog dialog(font, parent);
     dialog.setOption(QFontDialog::DontUseNativeDialog);
     QColor chosen = color;
@@ -39,10 +39,9 @@ bool PickFont(QWidget* parent, QFont& font, QColor& color) {
         ShowColor(button, chosen);
     });
     // The labels name what they stand for; the last list belongs to the field of the size.
-    NameControls(&dialog);
+    SetUpForm(&dialog, ui, kHelpDialogs);
     if (const auto lists = dialog.findChildren<QListView*>(); !lists.isEmpty())
         lists.constLast()->setAccessibleName(u"サイズ"_s);
-    TakeIconsOffButtons(&dialog);
     if (auto* buttons = dialog.findChild<QDialogButtonBox*>()) buttons->addButton(button, QDialogButtonBox::ResetRole);
     if (dialog.exec() != QDialog::Accepted) return false;
     font = dialog.selectedFont();

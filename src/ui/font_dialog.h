@@ -8,7 +8,9 @@ class QWidget;
 
 namespace quibra {
 
+class UserInterface;
+
 // Starts from `font` and `color` and changes both when the user agrees: true. False leaves them.
-bool PickFont(QWidget* parent, QFont& font, QColor& color);
+bool PickFont(UserInterface& ui, QWidget* parent, QFont& font, QColor& color);
 
 }  // namespace quibra

@@ -38,6 +38,13 @@ void GiveButtonsOneWidth(const QWidget* window) {
     }
 }
 
+// Some styles put pictures on the buttons of a QDialogButtonBox; no other button of the program has one.
+void TakeIconsOffButtons(const QWidget* window) {
+    for (const QDialogButtonBox* box : window->findChildren<QDialogButtonBox*>())
+        for (QAbstractButton* button : box->buttons())
+            button->setIcon({});
+}
+
 // The .ui files have the default button first, as most desktops do; where dialogs end with it, the row is turned round.
 void OrderButtonRow(const QWidget* window) {
     auto* row = window->findChild<QHBoxLayout*>(u"buttonRow"_s);
@@ -111,16 +118,28 @@ void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic) {
     NameControls(window);
 }
 
-void TakeIconsOffButtons(const QWidget* window) {
-    for (const QDialogButtonBox* box : window->findChildren<QDialogButtonBox*>())
-        for (QAbstractButton* button : box->buttons())
-            button->setIcon({});
-}
-
 QList<QWidget*> OpenForms() {
     QList<QWidget*> forms = LoadedForms();
     forms.removeIf([](const QWidget* window) { return !window->isVisible(); });
     return forms;
+}
+
+void FormPause::Begin(const QWidget* except) {
+    End();
+    for (QWidget* window : OpenForms())
+        if (window != except && !window->testAttribute(Qt::WA_ForceDisabled))
+            paused_.push_back({window, window->focusWidget()});
+    for (const Paused& paused : paused_)
+        paused.window->setEnabled(false);
+}
+
+void FormPause::End() {
+    for (const Paused& paused : paused_) {
+        if (!paused.window) continue;
+        paused.window->setEnabled(true);
+        if (paused.focus && !paused.window->focusWidget()) paused.focus->setFocus();
+    }
+    paused_.clear();
 }
 
 void WindowsCloseAll(const QStringList& except) {

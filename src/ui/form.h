@@ -2,7 +2,9 @@
 // calls SetUpForm once behind setupUi.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
+#include <vector>
 
 namespace quibra {
 
@@ -13,11 +15,26 @@ class UserInterface;
 // whose layout is named `buttonRow` stands in the order that the platform's dialogs have. `ui` must outlive the window.
 void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic);
 
-// Some styles put pictures on the buttons of a QDialogButtonBox; no other button of the program has one.
-void TakeIconsOffButtons(const QWidget* window);
-
-// The program's windows that are open, in the order of their making. Progress disables and enables these.
+// The program's windows that are open, in the order of their making.
 QList<QWidget*> OpenForms();
+
+// Takes the open windows out of use while something long runs.
+class FormPause {
+  public:
+    // All but `except`, and but those that are off already.
+    void Begin(const QWidget* except);
+    // Brings them back, with the focus where it was.
+    void End();
+
+  private:
+    struct Paused {
+        QPointer<QWidget> window;
+        QPointer<QWidget> focus;  // being disabled takes it away
+    };
+
+    std::vector<Paused> paused_;
+};
+
 // Closes all of the program's windows, hidden ones too, but those named by objectName. A window may refuse.
 void WindowsCloseAll(const QStringList& except);
 

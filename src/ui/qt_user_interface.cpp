@@ -13,7 +13,6 @@
 
 #include "core/help_topics.h"
 #include "core/numbers.h"
-#include "ui/form.h"
 #include "ui/frm_ask.h"
 #include "ui/frm_dir_box.h"
 #include "ui/frm_input.h"
@@ -232,11 +231,7 @@ QString QtUserInterface::FileBox(const QString& path, const QString& filter, boo
 void QtUserInterface::ProgressOpen(const ProgressSpec& spec) {
     ProgressClose();
     spec_ = spec;
-    for (QWidget* window : OpenForms())
-        if (window != processing_.get() && !window->testAttribute(Qt::WA_ForceDisabled))
-            paused_.push_back({window, window->focusWidget()});
-    for (const Paused& paused : paused_)
-        paused.window->setEnabled(false);
+    pause_.Begin(processing_.get());
     processing_->Open(spec);
     sinceEvents_.invalidate();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
@@ -255,12 +250,7 @@ bool QtUserInterface::Progress(const QString& text, double fraction) {
 }
 
 void QtUserInterface::ProgressClose() {
-    for (const Paused& paused : paused_) {
-        if (!paused.window) continue;
-        paused.window->setEnabled(true);
-        if (paused.focus && !paused.window->focusWidget()) paused.focus->setFocus();
-    }
-    paused_.clear();
+    pause_.End();
     processing_->Close();
 }
 

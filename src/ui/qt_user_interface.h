@@ -2,11 +2,10 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QPointer>
 #include <memory>
-#include <vector>
 
 #include "core/user_interface.h"
+#include "ui/form.h"
 
 class QWidget;
 
@@ -42,10 +41,6 @@ class QtUserInterface : public UserInterface {
     void HelpSearch();
 
   private:
-    struct Paused {
-        QPointer<QWidget> window;
-        QPointer<QWidget> focus;  // disabling takes it away
-    };
     class Question;  // while one lives, the pointer is not the busy one
 
     void RefreshPointer();
@@ -53,7 +48,7 @@ class QtUserInterface : public UserInterface {
 
     std::unique_ptr<FrmProcessing> processing_;
     std::unique_ptr<HelpViewer> help_;
-    std::vector<Paused> paused_;  // what ProgressClose enables again
+    FormPause pause_;
     ProgressSpec spec_;
     QElapsedTimer sinceEvents_;  // since waiting events last ran
     QString folder_;             // the last one chosen in DirBox

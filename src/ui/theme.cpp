@@ -22,8 +22,6 @@ namespace quibra {
 
 namespace {
 
-constexpr double kReadable = 4.5;
-
 double Luminance(const QColor& color) {
     const auto linear = [](double part) {
         return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
@@ -46,7 +44,8 @@ QColor Readable(const QColor& color, const QPalette& palette) {
     const QColor end = dark ? Qt::white : Qt::black;
     QColor mixed = color;
     for (int step = 1; step <= 20; ++step) {
-        if (std::ranges::all_of(grounds, [&](const QColor& ground) { return Contrast(mixed, ground) >= kReadable; }))
+        if (std::ranges::all_of(grounds,
+                                [&](const QColor& ground) { return Contrast(mixed, ground) >= kReadableContrast; }))
             break;
         mixed = Mix(color, end, step / 20.0);
     }
@@ -151,7 +150,7 @@ QColor ColorOf(ThemeColor color, const QPalette& palette) {
     const QColor text = palette.color(QPalette::Text);
     for (double share = 0.2; share > 0.01; share -= 0.02) {
         const QColor tint = Mix(base, QColor(0x2a, 0x76, 0xc6), share);
-        if (Contrast(tint, text) >= kReadable) return tint;
+        if (Contrast(tint, text) >= kReadableContrast) return tint;
     }
     return base;
 }

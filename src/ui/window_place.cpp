@@ -29,6 +29,13 @@ void SetText(QPalette& palette, const QColor& text) {
     palette.setColor(QPalette::WindowText, text);
 }
 
+// A text colour that can be read on the ground takes the place of one that can't.
+void MakeReadable(QPalette& palette) {
+    const QColor ground = palette.color(QPalette::Base);
+    if (Contrast(palette.color(QPalette::Text), ground) < kReadableContrast)
+        SetText(palette, Contrast(Qt::black, ground) >= kReadableContrast ? Qt::black : Qt::white);
+}
+
 }  // namespace
 
 double TwipsPerPixel(const QWidget* widget) {
@@ -63,16 +70,15 @@ void WinPosSave(Settings& settings, int index, const QWidget* window) {
 void FontApply(const Settings& settings, int index, QWidget* widget) {
     const FontRec& entry = settings.FontSet.at(index);
     QPalette palette = widget->palette();
-    SetGround(palette, ColorFromSettings(entry.BackColor));
-    if (entry.FontName.isEmpty() || !(entry.FontSize > 0)) {
-        const QColor ground = palette.color(QPalette::Base);
-        if (Contrast(palette.color(QPalette::Text), ground) < 4.5)
-            SetText(palette, Contrast(Qt::black, ground) >= 4.5 ? Qt::black : Qt::white);
-        widget->setPalette(palette);
-        return;
-    }
-    SetText(palette, ColorFromSettings(entry.ForeColor));
+    const QColor ground = ColorFromSettings(entry.BackColor);
+    const bool hasFont = !entry.FontName.isEmpty() && entry.FontSize > 0;
+    const QColor text = hasFont ? ColorFromSettings(entry.ForeColor) : QColor();
+    SetGround(palette, ground);
+    SetText(palette, text);
+    // Two colours that were chosen together are the user's choice; one beside the desktop's may not go with it.
+    if (!ground.isValid() || !text.isValid()) MakeReadable(palette);
     widget->setPalette(palette);
+    if (!hasFont) return;
     QFont font(entry.FontName);
     font.setPointSizeF(std::min(entry.FontSize, kLargestFont));
     font.setBold(entry.FontBold);

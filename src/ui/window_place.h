@@ -18,7 +18,7 @@ void WinPosRestore(const Settings& settings, int index, QWidget* window);
 void WinPosSave(Settings& settings, int index, const QWidget* window);
 
 // Between an entry of FontSet and a widget's font, text and ground. An entry without a name or size sets only the
-// ground, and a text colour that can be read on it where the widget's own can't.
+// ground. Where not both colours are the entry's, the text gets one that can be read.
 void FontApply(const Settings& settings, int index, QWidget* widget);
 void FontStore(Settings& settings, int index, const QWidget* widget);
 

@@ -147,6 +147,14 @@ TEST_F(LimitEditorTest, ARefusedRangeInsideTheListLeavesALineDoubledUntilTheList
     editor.SelectSlot(0);
     EXPECT_EQ(editor.Rows().mid(1), (QStringList{u"果物(1)りんご"_s, u"果物(2)みかん"_s, u"除く果物(5)かき"_s,
                                                  u"果物(2)みかん"_s, u"↑以上"_s}));
+    // However many are doubled, the list keeps its closing line.
+    for (int i = 0; i < 20; ++i) {
+        editor.SelectRow(2);
+        Write(editor, kLimitTo, 1, 1);
+    }
+    editor.SelectRow(2);
+    Write(editor, kLimitAnd, 1, 3);
+    EXPECT_EQ(SlotLines(0).size(), 14u);
 }
 
 TEST_F(LimitEditorTest, AnAlternativeAtTheTopIsShownButEndsTheList) {

@@ -77,10 +77,10 @@ const std::map<QString, std::function<void(QtUserInterface&)>> kScreens = {
          ui.FileBox(u"residents.qb"_s, u"クイブラデータ(*.qb)|*.qb|全てのファイル(*.*)|*.*|"_s, true);
      }},
     {u"font"_s,
-     [](QtUserInterface&) {
+     [](QtUserInterface& ui) {
          QFont font = QApplication::font();
          QColor color = Qt::black;
-         PickFont(nullptr, font, color);
+         PickFont(ui, nullptr, font, color);
      }},
     {u"progress"_s, LoadHalfway},
 };

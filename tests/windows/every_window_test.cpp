@@ -184,7 +184,7 @@ TEST_P(EveryWindow, ThatAsksServesEveryone) {
     });
     QFont font;
     QColor color;
-    EXPECT_FALSE(PickFont(nullptr, font, color));
+    EXPECT_FALSE(PickFont(user, nullptr, font, color));
 }
 
 TEST_P(EveryWindow, OverASurveyServesEveryone) {

@@ -29,6 +29,7 @@
 #include "tabulation/windows/sheet_host.h"
 #include "ui/accessibility.h"
 #include "ui/flex_grid.h"
+#include "ui/theme.h"
 
 using namespace Qt::StringLiterals;
 
@@ -387,6 +388,7 @@ TEST_F(FrmGridBaseTest, WindowsHandTheirOptionsOverAndKeepTheirLooks) {
     Total(cross);
     FrmGridBase* first = form;
     form = &windows.New();
+    EXPECT_GT((form->pos() - first->pos()).y(), 5) << "the title of the first stays in sight";
     TotalOption simple;
     simple.FromQno = simple.ToQno = 1;
     form->SetActivationCounts(false);
@@ -412,8 +414,12 @@ TEST_F(FrmGridBaseTest, WindowsHandTheirOptionsOverAndKeepTheirLooks) {
     EXPECT_TRUE(form->close());
     EXPECT_EQ(host.closed, second);
     EXPECT_GT(settings.WinPos[kPosGridBase].Width, 0);
+    settings.FontSet[kFontGridBase].ForeColor = 0xffffff;
+    settings.FontSet[kFontGridBase].BackColor = -1;
     form = &windows.New();
     EXPECT_EQ(form->size(), second->size());
+    EXPECT_GE(Contrast(Grid()->palette().color(QPalette::Text), Grid()->palette().color(QPalette::Base)),
+              kReadableContrast);
     // A first result starts from the grid's own widths, which at this font are no whole numbers at scale 1.
     Total(simple);
     const double scale = form->Sheet().FontScale;

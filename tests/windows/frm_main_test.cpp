@@ -15,11 +15,13 @@
 #include <QToolButton>
 #include <QUrl>
 
+#include "companion/limit_terms.h"
 #include "core/help_topics.h"
 #include "core/survey_file.h"
 #include "core/survey_session.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/survey_builder.h"
 #include "ui/accessibility.h"
 #include "ui/form.h"
 
@@ -260,6 +262,18 @@ TEST_F(MainWindow, NewSurveyInMemoryClosesTheWindowsOnTheOld) {
     QFile(Path(u"cut.qb"_s)).resize(20000);
     window->SurveyOpen(Path(u"cut.qb"_s), kExpectSurvey);
     EXPECT_EQ(OpenForms(), QList<QWidget*>{window.get()}) << "the survey is broken";
+}
+
+TEST_F(MainWindow, ConditionThatLeadsBackToItsQuestionIsToldAndOutlived) {
+    window->SurveyOpen(kSample, kExpectSurvey);
+    session.survey.QLimit(1, 4) = SurveyBuilder::Line(kLimitAnd, 4, 1);
+    user.TakeTranscript();
+    Choose(Qt::Key_Q, {Qt::Key_L});
+    EXPECT_EQ(user.TakeTranscript(), QStringList{u"message 48 クイブラ: オーバーフローしました。 -> Ok"_s});
+    EXPECT_EQ(OpenForms(), QList<QWidget*>{window.get()});
+    Click(u"cmdStatis"_s);
+    EXPECT_EQ(OpenForms().size(), 2);
+    EXPECT_EQ(user.TakeTranscript(), QStringList()) << "a total asks for no depth";
 }
 
 TEST_F(MainWindow, KeysCallTheCommands) {

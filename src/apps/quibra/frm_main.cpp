@@ -8,6 +8,7 @@
 
 #include "apps/quibra/frm_title.h"
 #include "conditions/windows/frm_limit.h"
+#include "core/attempt.h"
 #include "core/help_topics.h"
 #include "core/main_commands.h"
 #include "core/survey_file.h"
@@ -152,13 +153,18 @@ void FrmMain::mnuSetSaveInterval_Click() {
 
 void FrmMain::mnuSetLimit_Click() {
     CloseOthers();
-    auto* window = new FrmLimit(session_, this);
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    window->show();
+    Attempt(session_.ui, [this] {
+        auto* window = new FrmLimit(session_, this);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+        window->show();
+    });
 }
 
 void FrmMain::mnuStatis_Click() {
-    if (!total_) total_ = new FrmTotal(session_, session_.settings, results_, this);
+    // A question whose condition leads back to it has no depth.
+    if (!total_ &&
+        !Attempt(session_.ui, [this] { total_ = new FrmTotal(session_, session_.settings, results_, this); }))
+        return;
     total_->show();
     total_->SetWindow(1);
     total_->activateWindow();

@@ -2,9 +2,12 @@
 
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QDeadlineTimer>
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QScopeGuard>
+#include <QThread>
+#include <QWindow>
 #include <algorithm>
 
 #include "core/attempt.h"
@@ -19,7 +22,6 @@
 #include "tabulation/windows/result_grid_model.h"
 #include "tabulation/windows/sheet_host.h"
 #include "ui/font_dialog.h"
-#include "ui/form.h"
 #include "ui/window_place.h"
 #include "ui_frm_grid_base.h"
 
@@ -38,6 +40,8 @@ constexpr qint64 kShowAfter = 200'000'000;
 // total's calls come when all is counted, and the looks would take longer than the counting.
 constexpr qint64 kQuickCalls = 1'000'000;
 constexpr int kMostCallsBetweenLooks = 64;
+// Milliseconds in which a desktop shows a window, unless something is wrong with it.
+constexpr qint64 kDesktopPatience = 100;
 
 void WriteFile(const QString& path, const QByteArray& bytes) {
     BinaryFile file = BinaryFile::Create(path);
@@ -207,7 +211,7 @@ void FrmGridBase::mnuFontChange_Click() {
     QFont font = ui_->Grid->font();
     QPalette palette = ui_->Grid->palette();
     QColor color = palette.color(QPalette::Text);
-    if (!PickFont(this, font, color)) return;
+    if (!PickFont(session_.ui, this, font, color)) return;
     palette.setColor(QPalette::Text, color);
     palette.setColor(QPalette::Base, palette.color(QPalette::Base));  // a chosen colour keeps the ground it was seen on
     ui_->Grid->setPalette(palette);
@@ -253,12 +257,20 @@ void FrmGridBase::Started() {
     ui_->cmdCancel->setEnabled(true);
     ui_->cmdCancel->setFocus();
     ui_->cmdNext->setEnabled(false);  // its key would reach it below the other button
+    WaitUntilDrawn();
     ui_->Grid->setUpdatesEnabled(false);
     running_.start();
     calls_ = 0;
     callsBetweenLooks_ = 1;
     lastLook_ = 0;
     lastTurn_ = -kEventInterval;
+}
+
+// Without updates the cells of a window that has not been drawn once would be a black hole, behind a message, too.
+void FrmGridBase::WaitUntilDrawn() {
+    for (const QDeadlineTimer patience(kDesktopPatience); !windowHandle()->isExposed() && !patience.hasExpired();
+         QThread::msleep(1))
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void FrmGridBase::ShowPass(int q, int toQno, int L, int limitCount) {
@@ -358,10 +370,12 @@ void FrmGridBase::SetKindMenus(bool essayList) {
     ui_->lblFromDno->setVisible(false);
 }
 
-// As told: `idle` false while a total runs.
+// `idle` is false while a total runs.
 void FrmGridBase::SetBusy(bool idle) {
-    for (QWidget* form : OpenForms())
-        if (form != this) form->setEnabled(idle);
+    if (idle)
+        pause_.End();
+    else
+        pause_.Begin(this);
     ui_->txtGrid->setVisible(idle);
     ui_->mnuFile->setEnabled(idle);
     ui_->mnuEdit->setEnabled(idle);

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "tabulation/total_sheet.h"
+#include "ui/form.h"
 
 namespace Ui {
 class frmGridBase;
@@ -64,6 +65,7 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     void TotalAgain();
     void SetKindMenus(bool essayList);
     void SetBusy(bool idle);
+    void WaitUntilDrawn();
     void RefreshProgress();
     void ComesLater();
 
@@ -73,6 +75,7 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     ResultWindows& windows_;
     TotalSheet sheet_;
     ResultGridModel* model_;
+    FormPause pause_;
     qint32 shownFromDno_ = 0;  // where the list now shown starts
 
     // What a running total has told last, shown when the clock says so.

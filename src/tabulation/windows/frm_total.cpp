@@ -109,10 +109,6 @@ FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& wi
     for (int i = 0; i < 4; ++i)
         connect(totals[i], &QPushButton::clicked, this, [this, i] { cmdTotal_Click(i); });
 
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-        if (now && isAncestorOf(now)) control_ = now;
-    });
-
     windows.AddHost(*this);
     Refresh();
 }
@@ -133,8 +129,6 @@ void FrmTotal::SetSize() {
 }
 
 FrmTotal::~FrmTotal() {
-    // What remains of a shown window still moves the focus, and must not be told so any more.
-    qApp->disconnect(this);
     windows_.RemoveHost(*this);
 }
 
@@ -251,7 +245,7 @@ void FrmTotal::Run(const std::function<void()>& action) {
     passing_ = nullptr;
     ++asking_;
     Attempt(session_.ui, action);
-    Refresh();
+    Attempt(session_.ui, [this] { Refresh(); });
     if (isActiveWindow()) {
         --asking_;
         return;
@@ -305,13 +299,6 @@ void FrmTotal::RefreshEssayPage() {
         option->setAutoExclusive(true);
     }
     ui_->lblCon->Show(setup_.EssayDetailText());
-}
-
-// A total takes all other windows out of use, and with that the focus from their controls.
-void FrmTotal::changeEvent(QEvent* event) {
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !focusWidget() && control_)
-        control_->setFocus();
 }
 
 void FrmTotal::closeEvent(QCloseEvent* event) {

@@ -46,7 +46,6 @@ class FrmTotal : public QDialog, private SheetHost {
     void reject() override;
 
   protected:
-    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:
@@ -81,7 +80,6 @@ class FrmTotal : public QDialog, private SheetHost {
     TotalSetup setup_;
     LimitList limitPass_;
     QPointer<FrmGridBase> sheet_;
-    QPointer<QWidget> control_;  // that had the focus last
     // Dialogs that are open or have just been closed, and the result window that came to the front meanwhile. Desktops
     // tend to show another window for a moment then; its options must not take the place of what the user has just set.
     int asking_ = 0;

@@ -1,17 +1,47 @@
 #include "tabulation/windows/sheet_host.h"
 
+#include <QScreen>
+#include <QStyle>
 #include <algorithm>
 
 #include "tabulation/windows/frm_grid_base.h"
 
 namespace quibra {
 
+namespace {
+
+int TitleBarOf(const QWidget& window) {
+    return window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+}
+
+// Down and right, so that the title of what it would cover stays in sight; from the lower end of the screen to its top.
+void StepAside(QWidget& window) {
+    const QRect screen = window.screen()->availableGeometry();
+    const int step = TitleBarOf(window);
+    QPoint place = window.pos() + QPoint(step, step);
+    if (place.y() + window.height() > screen.bottom()) place.setY(screen.top());
+    if (place.x() + window.width() > screen.right()) place.setX(screen.left());
+    window.move(place);
+}
+
+}  // namespace
+
 ResultWindows::ResultWindows(SurveySession& session, Settings& settings) : session_(session), settings_(settings) {}
 
 ResultWindows::~ResultWindows() = default;
 
+// Whether a result that is shown lies where this one would.
+bool ResultWindows::IsCovered(const FrmGridBase& sheet) const {
+    return std::ranges::any_of(sheets_, [&](const auto& other) {
+        return other->isVisible() && (other->pos() - sheet.pos()).manhattanLength() < TitleBarOf(sheet);
+    });
+}
+
 FrmGridBase& ResultWindows::New() {
-    sheets_.push_back(std::make_unique<FrmGridBase>(session_, settings_, *this));
+    auto sheet = std::make_unique<FrmGridBase>(session_, settings_, *this);
+    for (size_t step = 0; step <= sheets_.size() && IsCovered(*sheet); ++step)
+        StepAside(*sheet);
+    sheets_.push_back(std::move(sheet));
     return *sheets_.back();
 }
 

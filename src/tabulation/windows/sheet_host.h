@@ -45,6 +45,8 @@ class ResultWindows {
     void Closed(FrmGridBase& sheet);
 
   private:
+    bool IsCovered(const FrmGridBase& sheet) const;
+
     SurveySession& session_;
     Settings& settings_;
     std::vector<std::unique_ptr<FrmGridBase>> sheets_;
