@@ -155,7 +155,7 @@ void FrmGridBase::mnuRefQno_Click() {
     sheet_.RefQno.clear();
     for (int q = 0; q < selected.size(); ++q)
         if (selected[q]) sheet_.RefQno.push_back(q);
-    SheetCommand(u"Do Total"_s);
+    TotalAgain();  // the same people, of a list that goes on, too
 }
 
 void FrmGridBase::mnuCopy_Click() {
