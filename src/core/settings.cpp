@@ -123,8 +123,7 @@ void ReadFile(const QString& path, Settings& settings) {
     if (!in.AtEnd()) settings.SaveInterval = ReadInterval(in);
 }
 
-void WriteFile(Settings settings, const QString& path) {
-    const QString growing = path + u"~new"_s;
+void WriteFile(Settings settings, const QString& path, const QString& growing) {
     BinaryFile file = BinaryFile::Create(growing);
     ByteWriter out(file);
     FieldWriter field(out);
@@ -181,11 +180,13 @@ Settings SettingsRead(const QString& path) {
 }
 
 void SettingsWrite(const Settings& settings, const QString& path) {
+    const QString growing = path + u"~new"_s;
     try {
         QDir().mkpath(QFileInfo(path).path());
-        WriteFile(settings, path);
+        WriteFile(settings, path, growing);
     } catch (const std::exception&) {
-        // The next start has defaults; that is no reason to hold anybody up at the close.
+        // The next start has the settings of before; that is no reason to hold anybody up at the close.
+        QFile::remove(growing);
     }
 }
 

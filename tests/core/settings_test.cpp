@@ -4,12 +4,14 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+#include <cerrno>
 #include <random>
 
 #include "core/binary_file.h"
 #include "core/rescue.h"
 #include "core/survey_file.h"
 #include "core/survey_session.h"
+#include "support/file_faults.h"
 #include "support/scripted_interface.h"
 #include "support/survey_bytes.h"
 
@@ -117,6 +119,21 @@ TEST_F(SettingsFile, DamageNeverStopsAnythingAndKeepsNumbersSane) {
     }
     EXPECT_EQ(SettingsRead(folder.path()).QuotaLast, 100000);
     SettingsWrite(Filled(), u"/proc/nowhere/quibra.ini"_s);
+}
+
+TEST_F(SettingsFile, WriteThatFailsLeavesTheFileOfBefore) {
+    Settings settings = SettingsDefault();
+    SettingsWrite(settings, path);
+    settings.QuotaFirst = 7;
+    bool struck = true;
+    for (int call = 1; struck; ++call) {
+        ArmFileFault(FaultKind::Error, call, ENOSPC);
+        SettingsWrite(settings, path);
+        DisarmFileFault();
+        struck = FileFaultStruck();
+        EXPECT_EQ(SettingsRead(path).QuotaFirst, struck ? 0 : 7) << call;
+        EXPECT_EQ(QFileInfo(path).dir().entryList(QDir::Files), QStringList{u"quibra.ini"_s}) << call;
+    }
 }
 
 TEST_F(SettingsFile, RecentFilesMoveUpAndTheFifthPlaceFills) {
