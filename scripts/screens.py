@@ -11,6 +11,7 @@ import argparse
 import contextlib
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -21,12 +22,13 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 NEEDED = {"Xvfb": "xvfb", "jwm": "jwm", "xdotool": "xdotool", "import": "imagemagick"}
 
 # Each window's name, the program that shows it with its arguments, and the keys (as xdotool names them) that lead there.
-# A list of keys is sent to whatever window is then active. A name that begins with "menu" is a picture of all
+# A list of keys is sent to whatever window is then active; "900x600" sizes it. A name that begins with "menu" is a picture of all
 # windows with their frames, since a popup menu is not the active one.
 SURVEY = "アンケート/residents.qb"
 # The set-up of two totals: which of the city's places people use, by sex; and the years that they have lived there.
 CROSS = ["alt+q", "a", "Tab", "Tab", *["Down"] * 18, "alt+x"]
 ESSAYS = ["alt+q", "a", "Tab", "Tab", "ctrl+Tab", *["Down"] * 8, "alt+e"]
+RESULT_SIZE = "780x480"
 SCREENS = [
     ("main", ["quibra", SURVEY], []),
     ("main-empty", ["quibra"], []),
@@ -42,10 +44,9 @@ SCREENS = [
     ("total-cross", ["quibra", SURVEY], CROSS),
     ("total-essays", ["quibra", SURVEY], ESSAYS),
     ("condition-picker", ["quibra", SURVEY], ["alt+q", "a", "alt+a", "Tab", "Return", "Down", "alt+o"]),
-    ("result-cross", ["quibra", SURVEY], [*CROSS, "alt+n"]),
+    ("result-cross", ["quibra", SURVEY], [*CROSS, "alt+n", RESULT_SIZE]),
     ("result-sorted", ["quibra", SURVEY], [*CROSS, "alt+n", "alt+e", "s", "alt+e", *["Down"] * 7, "Return"]),
-    ("result-essays", ["quibra", SURVEY], [*ESSAYS, "Return", "alt+i", "r", "space", "Return"]),
-    ("result", ["quibra", SURVEY], ["alt+q", "a", "alt+x", "alt+n"]),
+    ("result-essays", ["quibra", SURVEY], [*ESSAYS, "Return", "alt+i", "r", "space", "Return", RESULT_SIZE]),
     ("help", ["quibra", SURVEY], ["F1"]),
     ("help-search", ["quibra", SURVEY], ["F1", "ctrl+f", *"HTML", "Return"]),
     ("dialog-progress", ["quibra_screens", "progress", SURVEY], []),
@@ -150,6 +151,16 @@ def settled_picture(window, env, path):
     wait_for("a settled picture", take)
 
 
+def press(key, env):
+    size = re.fullmatch(r"(\d+)x(\d+)", key)
+    if size:
+        sides = [str(int(side) * int(env["QT_SCALE_FACTOR"])) for side in size.groups()]
+        action = ["getactivewindow", "windowsize", *sides]
+    else:
+        action = ["key", key]
+    subprocess.run(["xdotool", *action], env=env, check=True)
+
+
 def take(screen, build, path, env, dark):
     name, command, keys = screen
     with tempfile.TemporaryDirectory(prefix="quibra-") as place:
@@ -174,7 +185,7 @@ def take(screen, build, path, env, dark):
             for key in keys:
                 wait_for(f"{name}: a window", lambda: active_window(process, env))
                 time.sleep(0.3)
-                subprocess.run(["xdotool", "key", key], env=env, check=True)
+                press(key, env)
             window = wait_for(f"{name}: a window", lambda: active_window(process, env))
             time.sleep(0.5)
             if name.startswith("menu"):
