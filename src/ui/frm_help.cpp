@@ -4,6 +4,7 @@
 
 #include "core/help_topics.h"
 #include "ui/form.h"
+#include "ui/theme.h"
 #include "ui_frm_help.h"
 
 using namespace Qt::StringLiterals;
@@ -57,6 +58,9 @@ void FrmHelp::ShowPage(const HelpPage& page) {
         visited_.push_back(&page);
         place_ = visited_.size() - 1;
     }
+    // The palette's own colour of links is dark blue on dark desktops, too.
+    const QColor link = ColorOf(ThemeColor::Accent, controls_->txtPage->palette());
+    controls_->txtPage->document()->setDefaultStyleSheet(u"a { color: "_s + link.name() + u" }"_s);
     controls_->txtPage->setHtml(book_.Html(page));
     const QString help = u"クイブラのヘルプ"_s;
     setWindowTitle(page.topic == kHelpContents ? help : page.title + u" - "_s + help);
