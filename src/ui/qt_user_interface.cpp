@@ -15,6 +15,7 @@
 #include "core/numbers.h"
 #include "ui/frm_ask.h"
 #include "ui/frm_dir_box.h"
+#include "ui/frm_help.h"
 #include "ui/frm_input.h"
 #include "ui/frm_processing.h"
 #include "ui/frm_q_box.h"
@@ -29,14 +30,20 @@ namespace {
 // Loops report far more often than anyone can see or press.
 constexpr qint64 kMillisecondsBetweenEvents = 30;
 
-// The window that a question belongs to.
+bool IsHelp(const QWidget* window) {
+    return dynamic_cast<const FrmHelp*>(window);
+}
+
+// The window that a question belongs to. Never the help: it is made anew where a dialog needs it, and a question of its
+// would go with it.
 QWidget* Asker() {
     static QPointer<QWidget> last;
     if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    if (QWidget* active = QApplication::activeWindow()) return last = active;
+    if (QWidget* active = QApplication::activeWindow(); active && !IsHelp(active)) return last = active;
     // Just behind a dialog no window is active, and the next question is of the window that asked before.
     if (last && last->isVisible()) return last;
-    const QList<QWidget*> forms = OpenForms();
+    QList<QWidget*> forms = OpenForms();
+    forms.removeIf(IsHelp);
     return forms.isEmpty() ? nullptr : forms.constLast();
 }
 

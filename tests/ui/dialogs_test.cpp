@@ -125,6 +125,9 @@ TEST(Message, ShowsTheToldButtonsIconAndDefault) {
     }
     WhenAsked([](QWidget& window) { Key(window, Qt::Key_N, Qt::AltModifier); });
     EXPECT_EQ(ui.Message(u"キー"_s, kYesNoCancel, u"題"_s), Answer::No);
+    // A question that comes up while the help is in front outlives the help's moving to it.
+    ui.HelpIndex();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(OpenForms().constLast()));
     WhenAsked([](QWidget& window) {
         Key(window, Qt::Key_F1);
         const QList<QWidget*> forms = OpenForms();
