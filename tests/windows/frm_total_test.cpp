@@ -24,6 +24,7 @@
 #include "core/survey_session.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/windows/when_asked.h"
 
 using namespace Qt::StringLiterals;
 
@@ -320,6 +321,17 @@ TEST_F(FrmTotalTest, KeysAloneReachAndDoEverything) {
     EXPECT_EQ(Control<QLabel>("lblCon")->text(), u"a ～ b"_s);
     alt(Qt::Key_L);
     EXPECT_FALSE(form->findChild<QWidget*>(u"frameELimit"_s)->isVisible());
+}
+
+TEST_F(FrmTotalTest, ButtonThatGoesOffBehindAnEditorOpensNoSecondOne) {
+    QTest::keyClick(form->focusWidget(), Qt::Key_A, Qt::AltModifier);
+    WhenAsked([](QWidget& editor) {
+        QTest::qWait(150);  // it goes off
+        EXPECT_EQ(QApplication::activeModalWidget(), &editor);
+        editor.close();
+    });
+    Press("cmdChangeLimit");
+    EXPECT_FALSE(QTest::qWaitFor([] { return QApplication::activeModalWidget(); }, 150));
 }
 
 TEST_F(FrmTotalTest, ErrorsAreShownAndTheWindowGoesOn) {
