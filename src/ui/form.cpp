@@ -65,11 +65,14 @@ class FormManner : public QObject {
     FormManner(QWidget* window, UserInterface& ui, int helpTopic)
         : QObject(window), made_(++lastMade), ui_(ui), helpTopic_(helpTopic) {
         window->installEventFilter(this);
+        for (QAbstractButton* button : window->findChildren<QAbstractButton*>())
+            button->installEventFilter(this);
     }
 
     quint64 Made() const { return made_; }
 
     bool eventFilter(QObject* object, QEvent* event) override {
+        if (object != parent()) return event->type() == QEvent::Timer && IsBlocked();
         auto* window = static_cast<QWidget*>(object);
         // A key that no control and no shortcut of the window wanted comes here.
         if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->matches(QKeySequence::HelpContents)) {
@@ -87,6 +90,14 @@ class FormManner : public QObject {
     }
 
   private:
+    // A button that is pressed by its letter goes off when its timer says so, a moment later. Behind a dialog that has
+    // come up meanwhile it waits: it might close the window that the dialog belongs to.
+    bool IsBlocked() const {
+        const auto* window = static_cast<const QWidget*>(parent());
+        const QWidget* modal = QApplication::activeModalWidget();
+        return modal && modal != window && !modal->isAncestorOf(window);
+    }
+
     static inline quint64 lastMade = 0;
 
     const quint64 made_;

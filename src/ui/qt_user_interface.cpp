@@ -34,12 +34,13 @@ bool IsHelp(const QWidget* window) {
     return dynamic_cast<const FrmHelp*>(window);
 }
 
-// The window that a question belongs to. Never the help: it is made anew where a dialog needs it, and a question of its
-// would go with it.
+// The window that a question belongs to. Not one that is closed and about to be deleted, and never the help, which is
+// made anew where a dialog needs it: the question would go with them.
 QWidget* Asker() {
     static QPointer<QWidget> last;
     if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    if (QWidget* active = QApplication::activeWindow(); active && !IsHelp(active)) return last = active;
+    if (QWidget* active = QApplication::activeWindow(); active && active->isVisible() && !IsHelp(active))
+        return last = active;
     // Just behind a dialog no window is active, and the next question is of the window that asked before.
     if (last && last->isVisible()) return last;
     QList<QWidget*> forms = OpenForms();

@@ -179,7 +179,6 @@ void FrmTotal::optCon_Click(EssayConditionValue condition) {
 }
 
 void FrmTotal::cmdTotal_Click(int index) {
-    if (IsLate()) return;
     if (index == 1 || index == 3) sheet_ = &windows_.New();
     BuildOption(index < 2 ? kTable : kEssayList);
 }
@@ -242,16 +241,7 @@ void FrmTotal::SetWindow(int kind) {
     Refresh();
 }
 
-// A button that is pressed by its letter goes off a moment later, be it behind a dialog that another one has opened.
-bool FrmTotal::IsLate() const {
-    return QApplication::activeModalWidget();
-}
-
 void FrmTotal::Run(const std::function<void()>& action) {
-    if (IsLate()) {
-        Refresh();
-        return;
-    }
     passing_ = nullptr;
     ++asking_;
     Attempt(session_.ui, action);
