@@ -5,6 +5,7 @@
 // It works on copies of the survey, one of them cut in half, and ends with status 0; a fault is the sanitizers' to
 // tell, a run-time error that nobody handled ends it as it ends the program.
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -151,6 +152,7 @@ int Run(int argc, char** argv) {
     const QStringList surveys = {folder.filePath(u"whole.qb"_s), folder.filePath(u"half.qb"_s)};
     for (const QString& survey : surveys)
         if (!QFile::copy(QString::fromLocal8Bit(argv[1]), survey)) return 2;
+    QDir::setCurrent(folder.path());  // where it saves things
     QFile half(surveys[1]);
     half.resize(half.size() / 2);
 
