@@ -53,7 +53,8 @@ bool TotalSetup::EditColumn(int column) {
     LimitList list(option_.Limits.Column(column));
     if (!editLimit_(list)) return false;
     SetColumn(column, LimitColumn(list.Data(), 16));
-    return written_ = true;
+    (column == 0 ? wroteWhole_ : wroteColumns_) = true;
+    return true;
 }
 
 void TotalSetup::SetColumn(int column, LimitColumn lines) {
@@ -81,7 +82,7 @@ void TotalSetup::AddLimit() {
     SetColumn(added, LimitColumn(list.Data(), 16));
     ++limitRow;  // the same row as before stays selected, so that conditions added one by one keep their order
     cross_ = kCrossFree;
-    written_ = true;
+    wroteColumns_ = true;
 }
 
 void TotalSetup::ChangeLimit() {
@@ -179,7 +180,8 @@ QStringList TotalSetup::EssayChoiceRows() const {
 }
 
 const TotalOption& TotalSetup::BuildOption(TotalKindValue kind) {
-    written_ = false;
+    wroteWhole_ = false;
+    if (kind == kTable) wroteColumns_ = false;  // an essay list uses none
     option_.Nname = Nname;
     option_.Rough = rough;
     option_.TotalKind = kind;
@@ -212,7 +214,7 @@ const TotalOption& TotalSetup::BuildOption(TotalKindValue kind) {
 }
 
 void TotalSetup::SetTotalOption(const TotalOption& option) {
-    written_ = false;
+    wroteWhole_ = wroteColumns_ = false;
     SetColumn(0, option.Limits.Column(0));
     SelectCross(kCrossFree);
     Nname = option.Nname;
@@ -221,8 +223,9 @@ void TotalSetup::SetTotalOption(const TotalOption& option) {
 }
 
 bool TotalSetup::MayDiscard() {
-    return !written_ || ui_.Message(u"書いた限定条件を集計に使わずに閉じます。"_s,
-                                    kOkCancel + kQuestion + kSecondDefault) == Answer::Ok;
+    if (!wroteWhole_ && !wroteColumns_) return true;
+    return ui_.Message(u"書いた限定条件を集計に使わずに閉じます。"_s, kOkCancel + kQuestion + kSecondDefault) ==
+           Answer::Ok;
 }
 
 void TotalSetup::ShowTable(const TotalOption& option) {

@@ -94,9 +94,11 @@ class TotalSetup {
     const Survey& survey_;
     UserInterface& ui_;
     LimitPicker editLimit_;
-    TotalOption option_;    // its Limits are what LimitRows shows
-    int limitCount_ = 1;    // of the page of tables; LimitCount of an essay list is 1
-    bool written_ = false;  // a condition, since the last total
+    TotalOption option_;  // its Limits are what LimitRows shows
+    int limitCount_ = 1;  // of the page of tables; LimitCount of an essay list is 1
+    // Conditions that no total has used since.
+    bool wroteWhole_ = false;
+    bool wroteColumns_ = false;
     int fromQno_ = 0;
     CrossModeValue cross_ = kCrossFree;
     int crossQno_ = 0;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QBoxLayout>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
 #include <QPointer>
@@ -67,12 +68,16 @@ class FormManner : public QObject {
         window->installEventFilter(this);
         for (QAbstractButton* button : window->findChildren<QAbstractButton*>())
             button->installEventFilter(this);
+        for (QComboBox* box : window->findChildren<QComboBox*>()) {
+            box->installEventFilter(this);
+            if (box->focusPolicy() == Qt::WheelFocus) box->setFocusPolicy(Qt::StrongFocus);
+        }
     }
 
     quint64 Made() const { return made_; }
 
     bool eventFilter(QObject* object, QEvent* event) override {
-        if (object != parent()) return event->type() == QEvent::Timer && IsBlocked();
+        if (object != parent()) return FiltersControl(static_cast<const QWidget*>(object), event);
         auto* window = static_cast<QWidget*>(object);
         // A key that no control and no shortcut of the window wanted comes here.
         if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->matches(QKeySequence::HelpContents)) {
@@ -90,6 +95,14 @@ class FormManner : public QObject {
     }
 
   private:
+    bool FiltersControl(const QWidget* control, QEvent* event) const {
+        if (event->type() == QEvent::Timer) return IsBlocked();
+        // Who scrolls a page does not mean the box that passes below the pointer.
+        if (event->type() != QEvent::Wheel || control->hasFocus()) return false;
+        event->ignore();
+        return true;
+    }
+
     // A button that is pressed by its letter goes off when its timer says so, a moment later. Behind a dialog that has
     // come up meanwhile it waits: it might close the window that the dialog belongs to.
     bool IsBlocked() const {

@@ -100,7 +100,8 @@ TEST_F(TotalSetupTest, ConditionsByHandKeepTheOtherRowsAndMakeTheCrossFree) {
     EXPECT_EQ(setup.LimitRows(), QStringList({u"女"_s, u"みかん"_s, u"りんご，除く男"_s, kEnd}));
     EXPECT_EQ(setup.Cross(), kCrossFree);
     EXPECT_EQ(setup.limitRow, 2) << "the selected row is the same one as before";
-    EXPECT_FALSE(setup.MayDiscard());
+    setup.BuildOption(kEssayList);
+    EXPECT_FALSE(setup.MayDiscard()) << "an essay list has no use for it";
     EXPECT_EQ(rig.ui.TakeTranscript(),
               QStringList({u"message 289 クイブラ: 書いた限定条件を集計に使わずに閉じます。 -> Cancel"_s}));
 

@@ -222,6 +222,13 @@ TEST_F(FrmLimitTest, TheCloseBoxKeepsLinesButLeavesWhatSamplesRemember) {
     EXPECT_EQ(session.survey.PreLimit(1, 0).a, 0);
     EXPECT_GT(Stale(0), 0);
     EXPECT_TRUE(ui.transcript.isEmpty());
+    // Who closes it for another use of the conditions has them right.
+    FrmLimit again(session);
+    Open(again);
+    Press(&again, u"cmdClear"_s);
+    CloseSlotEditor();
+    EXPECT_FALSE(again.isVisible());
+    EXPECT_EQ(Stale(0), 0);
     EXPECT_TRUE(session.IsChanged());
 }
 

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QFile>
 #include <QJsonArray>
@@ -17,6 +18,7 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
+#include <QWheelEvent>
 #include <deque>
 
 #include "core/settings.h"
@@ -323,6 +325,36 @@ TEST_F(FrmTotalTest, KeysAloneReachAndDoEverything) {
     EXPECT_FALSE(form->findChild<QWidget*>(u"frameELimit"_s)->isVisible());
 }
 
+TEST_F(FrmTotalTest, EssayListThatComesToTheFrontStaysThere) {
+    form->SetWindow(kEssayList);
+    Choose("cmbEQno", kAge);
+    Press("cmdTotal_3");
+    FrmGridBase* conditioned = &form->Sheet();
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    Mark("chkRequire");
+    Press("cmdTotal_3");
+    for (FrmGridBase* sheet : {conditioned, &form->Sheet()}) {
+        sheet->activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return &form->Sheet() == sheet; }));
+        EXPECT_EQ(IsMarked("chkRequire"), sheet != conditioned);
+        EXPECT_TRUE(sheet->isActiveWindow());
+    }
+}
+
+TEST_F(FrmTotalTest, WheelOverABoxWithoutTheFocusLeavesIt) {
+    auto* box = Control<QComboBox>("cmbXQno");
+    const auto turn = [box] {
+        const QPointF place = box->rect().center();
+        QWheelEvent wheel(place, box->mapToGlobal(place), {}, QPoint(0, -120), {}, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(box, &wheel);
+        return box->currentIndex();
+    };
+    EXPECT_EQ(turn(), 0);
+    box->setFocus();
+    EXPECT_EQ(turn(), 1);
+}
+
 TEST_F(FrmTotalTest, ButtonWhoseLetterWasPressedWaitsForTheDialogInFrontOfIt) {
     QTest::keyClick(form->focusWidget(), Qt::Key_A, Qt::AltModifier);
     WhenAsked([](QWidget& editor) {
@@ -362,10 +394,14 @@ TEST_F(FrmTotalTest, ErrorsAreShownAndTheWindowGoesOn) {
     settings.WinPos[kPosTotal] = {};
     QTest::keyClick(form, Qt::Key_Escape);
     EXPECT_TRUE(form->isVisible()) << "the condition written above would be lost";
+    QCloseEvent closeBox;
+    QSpontaneKeyEvent::setSpontaneous(&closeBox);
+    qApp->notify(form, &closeBox);
+    EXPECT_FALSE(closeBox.isAccepted());
     ui.messageAnswers = {Answer::Ok};
     QTest::keyClick(form, Qt::Key_Escape);
     EXPECT_FALSE(form && form->isVisible());
-    EXPECT_EQ(ui.TakeTranscript().size(), 2);
+    EXPECT_EQ(ui.TakeTranscript().size(), 3);
     EXPECT_GT(settings.WinPos[kPosTotal].Width, 0);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(form) << "a closed window is gone";

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "apps/quibra/frm_title.h"
+#include "conditions/windows/edit_limit.h"
 #include "conditions/windows/frm_limit.h"
 #include "core/attempt.h"
 #include "core/help_topics.h"
@@ -152,7 +153,9 @@ void FrmMain::mnuSetSaveInterval_Click() {
 }
 
 void FrmMain::mnuSetLimit_Click() {
+    CloseSlotEditor();
     CloseOthers();
+    // A question whose condition leads back to it has no depth, which its list shows.
     Attempt(session_.ui, [this] {
         auto* window = new FrmLimit(session_, this);
         window->setAttribute(Qt::WA_DeleteOnClose);
@@ -161,10 +164,7 @@ void FrmMain::mnuSetLimit_Click() {
 }
 
 void FrmMain::mnuStatis_Click() {
-    // A question whose condition leads back to it has no depth.
-    if (!total_ &&
-        !Attempt(session_.ui, [this] { total_ = new FrmTotal(session_, session_.settings, results_, this); }))
-        return;
+    if (!total_) total_ = new FrmTotal(session_, session_.settings, results_, this);
     total_->show();
     total_->SetWindow(1);
     total_->activateWindow();

@@ -8,12 +8,16 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 bool EditLimit(SurveySession& session, QWidget* parent, LimitList& list, qint16 mode) {
-    for (QWidget* form : OpenForms())
-        if (form->objectName() == u"frmLimit"_s) form->close();
+    CloseSlotEditor();
     FrmLimit window(session, list, mode, parent);
     if (window.exec() != QDialog::Accepted) return false;
     list = window.Picked();
     return true;
+}
+
+void CloseSlotEditor() {
+    for (QWidget* form : OpenForms())
+        if (auto* editor = dynamic_cast<FrmLimit*>(form)) editor->GiveWay();
 }
 
 }  // namespace quibra

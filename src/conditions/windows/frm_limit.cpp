@@ -42,7 +42,7 @@ FrmLimit::FrmLimit(SurveySession& session, LimitEditor editor, QWidget* parent)
     RefreshLines();
     RefreshPreLimits();
 
-    connect(ui_->lstQno, &QComboBox::currentIndexChanged, this, &FrmLimit::lstQno_Click);
+    connect(ui_->lstQno, &QComboBox::activated, this, &FrmLimit::lstQno_Click);
     connect(ui_->lstCno, &QListWidget::currentRowChanged, this, &FrmLimit::lstCno_Click);
     connect(ui_->lstCno, &QListWidget::itemDoubleClicked, this, &FrmLimit::lstCno_DblClick);
     connect(ui_->cmbRank, &QComboBox::currentIndexChanged, this, &FrmLimit::cmbRank_Click);
@@ -141,6 +141,16 @@ void FrmLimit::reject() {
         cmdClose_Click();
     else if (editor_.MayDiscard())
         QDialog::reject();
+}
+
+void FrmLimit::GiveWay() {
+    bool outdated = false;
+    for (int k = 0; k < kPreLimitSlots; ++k)
+        outdated |= editor_.PreChanged(k);
+    if (outdated)
+        cmdClose_Click();
+    else
+        close();
 }
 
 void FrmLimit::closeEvent(QCloseEvent* event) {

@@ -29,6 +29,8 @@ class FrmLimit : public QDialog {
     const LimitList& Picked() const { return editor_.LimitPass(); }
 
     void reject() override;
+    // Closes the editor in favour of another use of the conditions: by its button, when samples remember outdated ones.
+    void GiveWay();
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -131,8 +131,9 @@ void FrmGridBase::SetActivationCounts(bool on) {
 
 void FrmGridBase::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && ui_->txtGrid->isEnabledTo(this))
-        windows_.Activated(*this);
+    // While another result is in the making this one may come to the front, but not into use.
+    const bool toFront = event->type() == QEvent::ActivationChange || event->type() == QEvent::EnabledChange;
+    if (toFront && isActiveWindow() && isEnabled() && ui_->txtGrid->isEnabledTo(this)) windows_.Activated(*this);
 }
 
 void FrmGridBase::closeEvent(QCloseEvent* event) {

@@ -94,11 +94,11 @@ FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& wi
     connect(ui_->cmdAddLimit, &QPushButton::clicked, this, [this] { Run([this] { setup_.AddLimit(); }); });
     connect(ui_->cmdChangeLimit, &QPushButton::clicked, this, [this] { Run([this] { setup_.ChangeLimit(); }); });
     connect(ui_->cmdDelLimit, &QPushButton::clicked, this, [this] { Run([this] { setup_.DeleteLimit(); }); });
-    connect(ui_->chkRough, &QCheckBox::toggled, this, [this](bool on) { setup_.rough = on; });
+    connect(ui_->chkRough, &QCheckBox::clicked, this, [this](bool on) { setup_.rough = on; });
     connect(ui_->cmbEQno, &QComboBox::activated, this, &FrmTotal::cmbEQno_Click);
     connect(ui_->cmbECno, &QComboBox::activated, this, [this](int c) { setup_.essayCno = c; });
     connect(ui_->cmbERank, &QComboBox::activated, this, [this](int rank) { setup_.essayRank = rank; });
-    connect(ui_->chkRequire, &QCheckBox::toggled, this, &FrmTotal::chkRequire_Click);
+    connect(ui_->chkRequire, &QCheckBox::clicked, this, &FrmTotal::chkRequire_Click);
     const std::pair<QRadioButton*, EssayConditionValue> conditions[] = {
         {ui_->optCon_5, kEssayAny},   {ui_->optCon_1, kEssayFilled}, {ui_->optCon_0, kEssayEmpty},
         {ui_->optCon_2, kEssayHolds}, {ui_->optCon_3, kEssayNumber}, {ui_->optCon_4, kEssayCode}};
@@ -109,8 +109,8 @@ FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& wi
     for (int i = 0; i < 4; ++i)
         connect(totals[i], &QPushButton::clicked, this, [this, i] { cmdTotal_Click(i); });
 
-    windows.AddHost(*this);
     Refresh();
+    windows.AddHost(*this);
 }
 
 // As large as the pages ask for; on a screen that is too low for one it scrolls, and only its buttons stay.
@@ -158,10 +158,14 @@ void FrmTotal::optCross_Click(CrossModeValue mode) {
 }
 
 void FrmTotal::lstLimit_Click() {
-    const QListWidgetItem* item = ui_->lstLimit->currentItem();
-    if (!item) return;
+    if (!ui_->lstLimit->currentItem()) return;
     setup_.limitRow = ui_->lstLimit->currentRow();
-    ui_->lstLimit->setToolTip(item->text());
+    ShowLimitTip();
+}
+
+void FrmTotal::ShowLimitTip() {
+    const QListWidgetItem* item = ui_->lstLimit->currentItem();
+    ui_->lstLimit->setToolTip(item ? item->text() : QString());
 }
 
 void FrmTotal::cmbEQno_Click(int q) {
@@ -277,6 +281,7 @@ void FrmTotal::RefreshTablePage() {
     ui_->lstLimit->clear();
     ui_->lstLimit->addItems(setup_.LimitRows());
     ui_->lstLimit->setCurrentRow(setup_.limitRow);
+    ShowLimitTip();
     ui_->chkRough->setChecked(setup_.rough);
 }
 
@@ -307,12 +312,23 @@ void FrmTotal::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
+    // By hand; the program itself closes the window together with what it belongs to.
+    if (event->spontaneous() && !MayDiscard()) {
+        event->ignore();
+        return;
+    }
     WinPosSave(settings_, kPosTotal, this);
     event->accept();
 }
 
 void FrmTotal::reject() {
-    if (setup_.MayDiscard()) close();
+    if (MayDiscard()) close();
+}
+
+bool FrmTotal::MayDiscard() {
+    bool may = false;
+    Run([&] { may = setup_.MayDiscard(); });
+    return may;
 }
 
 }  // namespace quibra

@@ -69,6 +69,8 @@ class FrmTotal : public QDialog, private SheetHost {
     // Does what a control asks, with dialogs where it needs some, and shows what has come of it, a run-time error
     // included.
     void Run(const std::function<void()>& action);
+    bool MayDiscard();
+    void ShowLimitTip();
     void Refresh();
     void RefreshTablePage();
     void RefreshEssayPage();
