@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 
 #include "core/binary_file.h"
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 #include "silent_interface.h"
 #include "synthetic_survey.h"
 

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "apps/quibra/frm_main.h"
-#include "core/main_commands.h"
-#include "core/survey_file.h"
-#include "core/survey_session.h"
 #include "message_loop_probe.h"
+#include "session/main_commands.h"
+#include "session/survey_file.h"
+#include "session/survey_session.h"
 #include "silent_interface.h"
 #include "synthetic_survey.h"
 #include "window_bench.h"

@@ -3,8 +3,8 @@
 #include <QScrollBar>
 #include <vector>
 
-#include "core/survey_session.h"
 #include "message_loop_probe.h"
+#include "session/survey_session.h"
 #include "silent_interface.h"
 #include "synthetic_survey.h"
 #include "tabulation/windows/frm_grid_base.h"

@@ -18,7 +18,7 @@
 #include "apps/quibra/application.h"
 #include "apps/quibra/frm_main.h"
 #include "apps/quibra/start_up.h"
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 #include "ui/accessibility.h"
 #include "ui/qt_user_interface.h"
 #include "ui/theme.h"

@@ -13,7 +13,7 @@
 #include <functional>
 
 #include "core/labels.h"
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 

@@ -5,7 +5,6 @@
 
 #include "core/answer_store.h"
 #include "core/numbers.h"
-#include "core/survey_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -25,21 +24,6 @@ constexpr qint16 kFixedChoiceStatus = 1 << kExclusive;
 constexpr int kSurveyKinds[] = {kSurvey1001, kSurvey1002, kSurvey1003, kPageFile};
 
 }  // namespace
-
-QString MagicOf(int code) {
-    switch (code) {
-        case kSurvey1001:
-            return u"Velmor Quibra Version 95.x Datafile"_s;
-        case kSurvey1002:
-            return u"Velmor Quibra Datafile Since 95.6"_s;
-        case kSurvey1003:
-            return u"Velmor Quibra Datafile Since 95.9"_s;
-        case kPageFile:
-            return u"Velmor Quibra PageData Since 95.10"_s;
-        default:
-            return QString();
-    }
-}
 
 int ReadMagic(ByteReader& in) {
     try {

@@ -1,5 +1,5 @@
 // Reads the survey out of the bytes of a file, in the order of the bytes; docs/FILE_FORMAT.md tells them. Knows nothing
-// of the user: what is to be said and done between the steps is the caller's (core/survey_file.cpp).
+// of the user: what is to be said and done between the steps is the caller's (session/survey_file.cpp).
 //
 // Nothing in the bytes is trusted. Each function may throw RuntimeError: 62 where they end too soon, 9 for a number
 // beyond the arrays of a survey, 6 for one beyond 16 bits, 5 for a question without choices.
@@ -10,24 +10,13 @@
 
 #include "core/binary_file.h"
 #include "core/survey.h"
+#include "core/survey_format.h"
 
 namespace quibra {
 
 // Shows how far a file has been read or written; false once the user has stopped it.
 using ProgressReport = std::function<bool(const QString& text, double fraction)>;
 
-// Where the fields of a sample lie, and the size of the count of texts that follows the answers.
-inline constexpr int kSampleFlagsAt = 4;
-inline constexpr int kSampleAnswersAt = 6;
-inline constexpr int kSampleCountBytes = 2;
-
-// What an entry of LineFlag is in the file.
-inline constexpr qint16 kLineFlagEnd = 0;
-inline constexpr qint16 kLineFlagOn = 1;
-inline constexpr qint16 kLineFlagOff = 2;
-
-// The magic of a file kind (a FileCode), empty for a number that is none.
-QString MagicOf(int code);
 // Reads lead word and magic of a file of any kind. 0 when it is none of ours or too short for a magic.
 int ReadMagic(ByteReader& in);
 

@@ -3,7 +3,6 @@
 #include <QtEndian>
 
 #include "core/numbers.h"
-#include "core/survey_file.h"
 
 using namespace Qt::StringLiterals;
 

@@ -7,8 +7,8 @@
 #include <QStringList>
 #include <vector>
 
-#include "core/survey_file.h"
 #include "core/user_interface.h"
+#include "session/survey_file.h"
 #include "tabulation/essay_list.h"
 #include "tabulation/result_grid.h"
 #include "tabulation/table_counter.h"

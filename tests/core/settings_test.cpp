@@ -8,11 +8,7 @@
 #include <random>
 
 #include "core/binary_file.h"
-#include "core/rescue.h"
-#include "core/survey_file.h"
-#include "core/survey_session.h"
 #include "support/file_faults.h"
-#include "support/scripted_interface.h"
 #include "support/survey_bytes.h"
 
 using namespace Qt::StringLiterals;
@@ -157,24 +153,6 @@ TEST_F(SettingsFile, ReminderComesAfterTheInterval) {
     EXPECT_TRUE(IsSaveReminderDue(settings, saved, saved.addSecs(1801)));
     settings.SaveInterval = 1.0 / 1440;
     EXPECT_EQ(SaveReminderText(settings), u"最後に保存した時刻から1分経過しました。保存しますか？"_s);
-}
-
-TEST_F(SettingsFile, ChangedSurveyIsRescuedBesideItsFile) {
-    ScriptedInterface user;
-    SurveySession session(user, folder.path());
-    QString file = folder.filePath(u"調査.qb"_s);
-    WriteFileBytes(file, TestData(u"small-1003.qb"_s));
-    ASSERT_EQ(SurveyLoad(session, file, kExpectSurvey), kLoaded);
-    EXPECT_EQ(WriteRescueFile(session), QString());
-    session.ChangedOn();
-    QString rescued = WriteRescueFile(session);
-    EXPECT_TRUE(QFileInfo(rescued).fileName().startsWith(u"調査.rescue-"_s)) << qPrintable(rescued);
-    EXPECT_EQ(FileBytes(rescued), WriteSurveyBytes(session.survey));
-    // A folder that is gone: the home folder takes it.
-    qputenv("HOME", folder.path().toUtf8());
-    session.survey.FileName = folder.filePath(u"gone/調査.qb"_s);
-    QFile::remove(rescued);
-    EXPECT_TRUE(WriteRescueFile(session).startsWith(folder.path()));
 }
 
 }  // namespace

@@ -17,8 +17,8 @@
 
 #include "apps/quibra/start_up.h"
 #include "apps/quibra/unasked_end.h"
-#include "core/rescue.h"
 #include "core/runtime_error.h"
+#include "session/rescue.h"
 #include "support/scripted_interface.h"
 
 using namespace Qt::StringLiterals;

@@ -8,7 +8,7 @@ import re
 import sys
 
 # For each folder, those it may include from.
-LOGIC = ["companion", "core", "conditions", "entry", "design", "tabulation", "exchange"]
+LOGIC = ["companion", "core", "session", "conditions", "entry", "design", "tabulation", "exchange"]
 ALLOWED = {folder: set(LOGIC[: index + 1]) for index, folder in enumerate(LOGIC)}
 ALLOWED["ui"] = {"companion", "core", "ui"}
 ALLOWED["apps"] = set(LOGIC) | {"ui", "apps"}

@@ -3,7 +3,6 @@
 #include <QFile>
 #include <algorithm>
 
-#include "core/survey_file.h"
 #include "core/survey_reader.h"
 #include "core/survey_writer.h"
 

@@ -9,8 +9,8 @@
 #include <functional>
 #include <map>
 
-#include "core/survey_file.h"
-#include "core/survey_session.h"
+#include "session/survey_file.h"
+#include "session/survey_session.h"
 #include "ui/accessibility.h"
 #include "ui/font_dialog.h"
 #include "ui/qt_user_interface.h"

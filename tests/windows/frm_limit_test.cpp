@@ -13,7 +13,7 @@
 #include "conditions/windows/edit_limit.h"
 #include "core/answer_store.h"
 #include "core/help_topics.h"
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "ui/accessibility.h"

@@ -17,8 +17,8 @@
 
 #include "companion/limit_terms.h"
 #include "core/help_topics.h"
-#include "core/survey_file.h"
-#include "core/survey_session.h"
+#include "session/survey_file.h"
+#include "session/survey_session.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/survey_builder.h"

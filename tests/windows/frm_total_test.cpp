@@ -22,8 +22,8 @@
 #include <deque>
 
 #include "core/settings.h"
-#include "core/survey_file.h"
-#include "core/survey_session.h"
+#include "session/survey_file.h"
+#include "session/survey_session.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/windows/when_asked.h"

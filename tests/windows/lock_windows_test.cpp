@@ -8,9 +8,9 @@
 #include <QRadioButton>
 #include <QTemporaryDir>
 
-#include "core/survey_session.h"
-#include "core/windows/frm_key.h"
-#include "core/windows/frm_other.h"
+#include "session/survey_session.h"
+#include "session/windows/frm_key.h"
+#include "session/windows/frm_other.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/windows/when_asked.h"

@@ -3,7 +3,7 @@
 
 #include "apps/quibra-cli/verbs.h"
 #include "core/answer_store.h"
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 

@@ -8,7 +8,7 @@
 #include <QStringList>
 
 #include "apps/quibra-cli/console_interface.h"
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 

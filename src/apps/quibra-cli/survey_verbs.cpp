@@ -6,9 +6,9 @@
 #include "apps/quibra-cli/verbs.h"
 #include "core/binary_file.h"
 #include "core/labels.h"
-#include "core/survey_file.h"
 #include "core/survey_json.h"
 #include "core/survey_reader.h"
+#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 

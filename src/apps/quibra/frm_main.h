@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "core/lock.h"
+#include "session/lock.h"
 #include "tabulation/windows/sheet_host.h"
 
 class QAction;

@@ -9,7 +9,7 @@
 #include "apps/quibra/frm_main.h"
 #include "apps/quibra/frm_title.h"
 #include "core/settings.h"
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <memory>
 
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 

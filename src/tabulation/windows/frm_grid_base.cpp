@@ -16,7 +16,7 @@
 #include "core/labels.h"
 #include "core/numbers.h"
 #include "core/settings.h"
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 #include "tabulation/html_result.h"
 #include "tabulation/text_result.h"
 #include "tabulation/windows/result_grid_model.h"

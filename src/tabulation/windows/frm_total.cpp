@@ -15,7 +15,7 @@
 #include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/settings.h"
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 #include "ui/form.h"
 #include "ui/window_place.h"
 #include "ui_frm_total.h"

@@ -1,12 +1,12 @@
-#include "core/rescue.h"
+#include "session/rescue.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
 #include "core/binary_file.h"
-#include "core/survey_file.h"
 #include "core/survey_writer.h"
+#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,4 +1,4 @@
-#include "core/password.h"
+#include "session/password.h"
 
 using namespace Qt::StringLiterals;
 

@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <cerrno>
 
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 #include "support/file_faults.h"
 #include "support/scripted_interface.h"
 #include "support/survey_bytes.h"

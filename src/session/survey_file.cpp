@@ -1,4 +1,4 @@
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 
 #include <QFile>
 #include <climits>
@@ -67,7 +67,7 @@ void Guarded(Work work, Failed failed) {
 
 int CodeOfPage(const SurveySession& session, ByteReader& in, QString& path, int mode) {
     const QString base = ReadDoubleLen(in);
-    const auto baseFirst = [&] {
+    const auto baseFirst = [&]() -> int {
         path = base;
         return kLoadBaseFirst;
     };

@@ -1,4 +1,4 @@
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 

@@ -4,7 +4,7 @@
 
 #include <QString>
 
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 

@@ -1,5 +1,5 @@
 // The survey file: its bytes in all generations, what a load says to the user, and what damage does.
-#include "core/survey_file.h"
+#include "session/survey_file.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,8 @@
 
 #include <QString>
 
-#include "core/survey_session.h"
+#include "core/survey_format.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 
@@ -14,16 +15,8 @@ class ByteWriter;
 // What a caller expects a file to be.
 enum FileMode { kExpectSurvey = 1, kExpectPage = 2 };
 
-// Results of a load, and the codes of the file kinds.
-enum FileCode {
-    kNothing = 0,
-    kLoaded = 1,
-    kSurvey1001 = 1001,
-    kSurvey1002 = 1002,
-    kSurvey1003 = 1003,
-    kPageFile = 2001,
-    kLoadBaseFirst = 9001,
-};
+// What a load may come to besides a FileKind.
+enum LoadResult { kLoaded = 1, kLoadBaseFirst = 9001 };
 
 // Reads the head of the file of that path and talks with the user about what it is: the code to go on with, or 0 to
 // stop. `mode` is a FileMode; with kLoadBaseFirst `path` has been replaced. Of a page file the head includes the path

@@ -1,5 +1,5 @@
 // Opening, saving and leaving a survey, and the settings asked for in a box: every word of these conversations.
-#include "core/main_commands.h"
+#include "session/main_commands.h"
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 #include <cerrno>
 
 #include "core/binary_file.h"
-#include "core/survey_file.h"
 #include "core/survey_writer.h"
+#include "session/survey_file.h"
 #include "support/file_faults.h"
 #include "support/scripted_interface.h"
 #include "support/survey_builder.h"

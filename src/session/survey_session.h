@@ -4,10 +4,10 @@
 
 #include <QObject>
 
-#include "core/lock.h"
 #include "core/settings.h"
 #include "core/survey.h"
 #include "core/user_interface.h"
+#include "session/lock.h"
 
 namespace quibra {
 
@@ -31,7 +31,7 @@ class SurveySession : public QObject {
     // The data in memory are no longer to be trusted: nothing may be saved or shown.
     void DeadSurvey();
     bool IsDead() const { return survey.FileName == kUnsavable; }
-    // The lock's two looks; see core/lock.h.
+    // The lock's two looks; see session/lock.h.
     void Lock();
     void Unlock();
     // Puts `path` in front of the recent files.

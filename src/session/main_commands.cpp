@@ -1,11 +1,11 @@
-#include "core/main_commands.h"
+#include "session/main_commands.h"
 
 #include <QFile>
 
 #include "core/attempt.h"
 #include "core/numbers.h"
-#include "core/rescue.h"
-#include "core/survey_file.h"
+#include "session/rescue.h"
+#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 

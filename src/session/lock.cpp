@@ -1,4 +1,4 @@
-#include "core/lock.h"
+#include "session/lock.h"
 
 namespace quibra {
 

@@ -1,9 +1,9 @@
-#include "core/windows/password_box.h"
+#include "session/windows/password_box.h"
 
 #include <QKeyEvent>
 
-#include "core/password.h"
 #include "core/user_interface.h"
+#include "session/password.h"
 
 namespace quibra {
 

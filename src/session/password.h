@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 

@@ -1,11 +1,11 @@
-#include "core/windows/frm_key.h"
+#include "session/windows/frm_key.h"
 
 #include <QApplication>
 #include <QButtonGroup>
 
 #include "core/help_topics.h"
-#include "core/password.h"
-#include "core/windows/frm_other.h"
+#include "session/password.h"
+#include "session/windows/frm_other.h"
 #include "ui/form.h"
 #include "ui_frm_key.h"
 

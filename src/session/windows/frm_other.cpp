@@ -1,4 +1,4 @@
-#include "core/windows/frm_other.h"
+#include "session/windows/frm_other.h"
 
 #include "core/help_topics.h"
 #include "core/user_interface.h"

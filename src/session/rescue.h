@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "core/survey_session.h"
+#include "session/survey_session.h"
 
 namespace quibra {
 
@@ -12,8 +12,8 @@ namespace quibra {
 // Throws nothing.
 QString WriteRescueFile(const SurveySession& session) noexcept;
 
-// The same where the program ends without its user: puts the rescued survey in front of the recent files, from where the
-// next start offers it, and writes the settings.
+// The same where the program ends without its user: puts the rescued survey in front of the recent files, from where
+// the next start offers it, and writes the settings.
 QString LeaveUnasked(SurveySession& session) noexcept;
 
 }  // namespace quibra
