@@ -24,9 +24,10 @@ void CheckCount(const Survey& survey, int q, int count) {
     CheckSubscript(count, survey.QIdx[q].Anum + 1);
 }
 
-// The text that is to lie behind answer `choice`: none for a choice that bears no text.
+// The text that is to lie behind answer `choice`: none for a choice that bears no text, as one that only a damaged file
+// holds.
 QString EssayToStore(const Survey& survey, int q, int choice, const QString& text) {
-    return GetChoiceStatus(survey, q, choice, kEssay) ? text : QString();
+    return choice < kMaxChoices && survey.Choices(choice, q).Has(kEssay) ? text : QString();
 }
 
 qint32 HalfRounded(qint32 value) {
