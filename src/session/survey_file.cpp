@@ -230,17 +230,6 @@ bool WriteWhole(SurveySession& session, FileExchange& exchange, const std::vecto
     return true;
 }
 
-std::vector<qint32> PlacesOf(SampleSelection& selection) {
-    std::vector<qint32> places;
-    selection.EssayDnoReset();
-    for (qint32 i = 0; i < selection.EssayDnoCount(); ++i) {
-        const qint32 dno = selection.EssayDno();
-        if (dno < 0) break;  // a list without rows counts as one of one row
-        places.push_back(dno);
-    }
-    return places;
-}
-
 }  // namespace
 
 int ReadFileHead(SurveySession& session, ByteReader& in, QString& path, int mode) {
@@ -301,7 +290,7 @@ int SurveyLoad(SurveySession& session, QString& path, int mode) {
     return result;
 }
 
-bool SurveySave(SurveySession& session, const QString& path, SampleSelection* selection) {
+bool SurveySave(SurveySession& session, const QString& path, const std::vector<qint32>* places) {
     UserInterface& ui = session.ui;
     LongWork work(ui, {.title = u"保存中"_s, .info = path, .caption = u"質問など"_s, .save = true, .onFatalStop = {}});
     bool saved = false;
@@ -316,10 +305,8 @@ bool SurveySave(SurveySession& session, const QString& path, SampleSelection* se
             ui.Message(u"ファイル名の拡張子を qb~ 以外にしてください"_s, kOkOnly);
             return;
         }
-        std::vector<qint32> places;
-        if (selection) places = PlacesOf(*selection);
         exchange.emplace(path, replaces);
-        saved = WriteWhole(session, *exchange, selection ? &places : nullptr);
+        saved = WriteWhole(session, *exchange, places);
         if (saved) {
             Survey& survey = session.survey;
             survey.SavedSampleCount = survey.SampleCount();

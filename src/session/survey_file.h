@@ -30,18 +30,9 @@ void WriteFileHead(ByteWriter& out, int code, UserInterface& ui);
 // the caller is to load first). A failed or stopped load leaves the dead state.
 int SurveyLoad(SurveySession& session, QString& path, int mode);
 
-// The samples to write when it is not all of them: a search result, walked once.
-class SampleSelection {
-  public:
-    virtual ~SampleSelection() = default;
-    virtual qint32 EssayDnoCount() const = 0;
-    virtual void EssayDnoReset() = 0;
-    virtual qint32 EssayDno() = 0;  // the next place, -1 past the end
-};
-
-// Saves the survey at `path`; without a selection all samples in their order. True when the file was written whole; the
-// user has been told otherwise. Run-time error 53 leaves the function when a first save of that name breaks off while
-// its bytes are written, since there is no older file to go back to.
-bool SurveySave(SurveySession& session, const QString& path, SampleSelection* selection = nullptr);
+// Saves the survey at `path`; with `places` only the samples there, in that order. True when the file was written
+// whole; the user has been told otherwise. Run-time error 53 leaves the function when a first save of that name breaks
+// off while its bytes are written, since there is no older file to go back to.
+bool SurveySave(SurveySession& session, const QString& path, const std::vector<qint32>* places = nullptr);
 
 }  // namespace quibra

@@ -3,6 +3,7 @@
 #include "core/bounded_array.h"
 #include "core/code_page.h"
 #include "tabulation/table_figures.h"
+#include "tabulation/total_sheet.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +14,8 @@ namespace {
 // Texts of the survey go into the page as they are, markup included: a title may be made bold.
 class HtmlPage {
   public:
-    HtmlPage(const Survey& survey, const TotalSheet& sheet) : survey_(survey), sheet_(sheet) {}
+    HtmlPage(const Survey& survey, const TotalResult& result, const TotalView& view, const ResultGrid& grid)
+        : survey_(survey), result_(result), view_(view), grid_(grid) {}
 
     QString Write() {
         Line(u"<html>"_s);
@@ -22,8 +24,8 @@ class HtmlPage {
         Line(u"<title>"_s + survey_.Title + u"</title>"_s);
         Line(u"</head> "_s);
         Line(u"<body>"_s);
-        if (sheet_.option.TotalKind == kTable) {
-            for (int q = sheet_.option.FromQno; q <= sheet_.option.ToQno; ++q)
+        if (result_.option.TotalKind == kTable) {
+            for (int q = result_.option.FromQno; q <= result_.option.ToQno; ++q)
                 WriteBlock(q);
         } else {
             WriteEssays();
@@ -37,31 +39,30 @@ class HtmlPage {
   private:
     void Line(const QString& text) { page_ += text + u"\r\n"_s; }
 
-    void OpenTable(int q) { Line(u"<H2>"_s + sheet_.BlockHeading(q) + u"</H2>"_s); }
+    void OpenTable(int q) { Line(u"<H2>"_s + BlockHeading(survey_, result_, q) + u"</H2>"_s); }
 
     void WriteBlock(int q) {
-        const int limitCount = sheet_.option.LimitCount;
-        const bool both = sheet_.view.percent == TotalView::CountsAndPercent;
+        const int limitCount = result_.option.LimitCount;
+        const bool both = view_.percent == TotalView::CountsAndPercent;
         OpenTable(q);
         Line(u"<TABLE BORDER=\"1\">"_s);
-        Line(HeadCell(u"[全体の限定]"_s) + u"<TD COLSPAN=\"2\" width=200>"_s + sheet_.ExLimitText + u"</TD></TR>"_s);
+        Line(HeadCell(u"[全体の限定]"_s) + u"<TD COLSPAN=\"2\" width=200>"_s + result_.ExLimitText + u"</TD></TR>"_s);
         QString limits = HeadCell(u"[個別の限定]"_s);
-        std::vector<std::vector<TotalSheet::BlockRow>> columns;
-        CheckSubscript(limitCount, static_cast<int>(sheet_.LimitTexts.size()) + 1);  // fewer when a total broke off
+        std::vector<std::vector<BlockRow>> columns;
+        CheckSubscript(limitCount, static_cast<int>(result_.LimitTexts.size()) + 1);  // fewer when a total broke off
         for (int L = 0; L < limitCount; ++L) {
             limits += both ? u"<TD COLSPAN=\"2\" width=200>"_s : u"<TD width=100>"_s;
-            limits += sheet_.LimitTexts.at(L) + u"</TD>"_s;
-            columns.push_back(sheet_.Block(q, L));
+            limits += result_.LimitTexts.at(L) + u"</TD>"_s;
+            columns.push_back(BlockRows(survey_, result_, q, L));
         }
         Line(limits);
         // Rows bear the labels of the first limit, also where sorting gives other limits another order.
         const int rowCount = survey_.Questions[q].ChoiceCount + 1;
         for (int i = 0; i < rowCount; ++i) {
-            QString line = HeadCell(sheet_.RowLabel(0, q, i));
-            for (const std::vector<TotalSheet::BlockRow>& column : columns) {
-                if (sheet_.view.ShowsCounts())
-                    line += FigureCell(QString::number(column[static_cast<size_t>(i)].Figure));
-                if (sheet_.view.ShowsPercent()) line += FigureCell(PercentText(column[static_cast<size_t>(i)].Share));
+            QString line = HeadCell(RowLabel(survey_, result_, 0, q, i));
+            for (const std::vector<BlockRow>& column : columns) {
+                if (view_.ShowsCounts()) line += FigureCell(QString::number(column[static_cast<size_t>(i)].Figure));
+                if (view_.ShowsPercent()) line += FigureCell(PercentText(column[static_cast<size_t>(i)].Share));
             }
             Line(line + u"</TR>"_s);
         }
@@ -73,15 +74,14 @@ class HtmlPage {
     static QString FigureCell(const QString& text) { return u"<TD ALIGN=\"right\">"_s + text + u"</TD>"_s; }
 
     void WriteEssays() {
-        const ResultGrid& grid = sheet_.grid;
-        const int lastColumn = static_cast<int>(sheet_.RefQno.size()) + 2;
-        OpenTable(sheet_.option.FromQno);
-        Line(sheet_.ExLimitText + u"<BR>"_s);
+        const int lastColumn = static_cast<int>(result_.RefQno.size()) + 2;
+        OpenTable(result_.option.FromQno);
+        Line(result_.ExLimitText + u"<BR>"_s);
         Line(u"<TABLE BORDER=\"1\">"_s);
-        for (int row = kEssayHeadRow; row < grid.Rows(); ++row) {
-            QString line = u"<TR><TH ALIGN=\"right\">"_s + grid.Text(0, row) + u"</TH>"_s;
+        for (int row = kEssayHeadRow; row < grid_.Rows(); ++row) {
+            QString line = u"<TR><TH ALIGN=\"right\">"_s + grid_.Text(0, row) + u"</TH>"_s;
             for (int column = 1; column <= lastColumn; ++column)
-                line += u"<TH ALIGN=\"center\">"_s + grid.Text(column, row) + u"</TH>"_s;
+                line += u"<TH ALIGN=\"center\">"_s + grid_.Text(column, row) + u"</TH>"_s;
             Line(line + u"</TR>"_s);
         }
         Line(u"</TABLE>"_s);
@@ -89,14 +89,16 @@ class HtmlPage {
     }
 
     const Survey& survey_;
-    const TotalSheet& sheet_;
+    const TotalResult& result_;
+    const TotalView& view_;
+    const ResultGrid& grid_;
     QString page_;
 };
 
 }  // namespace
 
-QByteArray WriteHtml(const Survey& survey, const TotalSheet& sheet) {
-    return EncodeCodePage(HtmlPage(survey, sheet).Write());
+QByteArray WriteHtml(const Survey& survey, const TotalResult& result, const TotalView& view, const ResultGrid& grid) {
+    return EncodeCodePage(HtmlPage(survey, result, view, grid).Write());
 }
 
 }  // namespace quibra

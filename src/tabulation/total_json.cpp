@@ -12,10 +12,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json BlockLimitJson(const Survey& survey, const std::vector<TotalSheet::BlockRow>& block) {
-    const TotalSheet::BlockRow& total = block.back();
+Json BlockLimitJson(const Survey& survey, const std::vector<BlockRow>& block) {
+    const BlockRow& total = block.back();
     Json rows = Json::array();
-    for (const TotalSheet::BlockRow& row : std::span(block).first(block.size() - 1)) {
+    for (const BlockRow& row : std::span(block).first(block.size() - 1)) {
         int q, c;
         UnpackPosition(row.RowCode, q, c);
         rows.push_back({{"Cno", c},
@@ -40,27 +40,28 @@ QByteArray JsonBytes(const Json& json) {
 
 }  // namespace
 
-QByteArray WriteTotalJson(const Survey& survey, const TotalSheet& sheet) {
-    const TotalOption& option = sheet.option;
+QByteArray WriteTotalJson(const Survey& survey, const TotalResult& result) {
+    const TotalOption& option = result.option;
     Json blocks = Json::array();
     for (int q = option.FromQno; q <= option.ToQno; ++q) {
         Json limits = Json::array();
         for (int L = 0; L < option.LimitCount; ++L)
-            limits.push_back(BlockLimitJson(survey, sheet.Block(q, L)));
-        blocks.push_back({{"Qno", q}, {"Label", sheet.BlockHeading(q).toStdString()}, {"Limits", std::move(limits)}});
+            limits.push_back(BlockLimitJson(survey, BlockRows(survey, result, q, L)));
+        blocks.push_back(
+            {{"Qno", q}, {"Label", BlockHeading(survey, result, q).toStdString()}, {"Limits", std::move(limits)}});
     }
     return JsonBytes({{"FromQno", option.FromQno},
                       {"ToQno", option.ToQno},
                       {"Rank", option.Rank},
                       {"Rough", option.Rough},
-                      {"ExLimitText", sheet.ExLimitText.toStdString()},
-                      {"LimitTexts", TextArray(sheet.LimitTexts)},
+                      {"ExLimitText", result.ExLimitText.toStdString()},
+                      {"LimitTexts", TextArray(result.LimitTexts)},
                       {"Blocks", std::move(blocks)}});
 }
 
-QByteArray WriteEssayJson(const TotalSheet& sheet) {
+QByteArray WriteEssayJson(const TotalResult& result) {
     Json rows = Json::array();
-    for (const TotalSheet::EssayRow& row : sheet.EssayRows)
+    for (const EssayRow& row : result.EssayRows)
         rows.push_back({{"Dno", row.Dno},
                         {"IDno", row.IDno},
                         {"Cno", row.Cno},
@@ -68,9 +69,9 @@ QByteArray WriteEssayJson(const TotalSheet& sheet) {
                         {"Essay", row.Essay.toStdString()},
                         {"Refs", TextArray(row.Refs)}});
     return JsonBytes({{"Rows", std::move(rows)},
-                      {"Count", sheet.EssayRows.size()},
-                      {"Average", sheet.EssayAverage()},
-                      {"NextDno", sheet.HasNext ? sheet.FromDno : -1}});
+                      {"Count", result.EssayRows.size()},
+                      {"Average", result.EssayAverage()},
+                      {"NextDno", result.HasNext ? result.FromDno : -1}});
 }
 
 }  // namespace quibra

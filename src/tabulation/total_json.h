@@ -4,11 +4,11 @@
 #include <QByteArray>
 
 #include "core/survey.h"
-#include "tabulation/total_sheet.h"
+#include "tabulation/total_result.h"
 
 namespace quibra {
 
-QByteArray WriteTotalJson(const Survey& survey, const TotalSheet& sheet);
-QByteArray WriteEssayJson(const TotalSheet& sheet);
+QByteArray WriteTotalJson(const Survey& survey, const TotalResult& result);
+QByteArray WriteEssayJson(const TotalResult& result);
 
 }  // namespace quibra

@@ -19,20 +19,6 @@ namespace quibra {
 
 namespace {
 
-// Places of samples as a search result gives them.
-class Places : public SampleSelection {
-  public:
-    explicit Places(std::vector<qint32> places) : places_(std::move(places)) {}
-    // A list without rows counts as one of one row.
-    qint32 EssayDnoCount() const override { return std::max<qint32>(1, static_cast<qint32>(places_.size())); }
-    void EssayDnoReset() override { next_ = 0; }
-    qint32 EssayDno() override { return next_ < places_.size() ? places_[next_++] : -1; }
-
-  private:
-    std::vector<qint32> places_;
-    size_t next_ = 99;
-};
-
 class SurveySaving : public testing::Test {
   protected:
     ScriptedInterface user;
@@ -60,9 +46,9 @@ class SurveySaving : public testing::Test {
         session.ChangedOn();
     }
 
-    bool Save(const QString& to, SampleSelection* selection = nullptr) {
+    bool Save(const QString& to, const std::vector<qint32>* places = nullptr) {
         user.transcript.clear();
-        const bool saved = SurveySave(session, to, selection);
+        const bool saved = SurveySave(session, to, places);
         EXPECT_EQ(user.OpenProgressWindows(), 0);
         EXPECT_FALSE(user.IsBusy());
         EXPECT_EQ(user.transcript.last(3), (QStringList{u"progress close"_s, u"beep"_s, u"busy off"_s}));
@@ -115,18 +101,18 @@ TEST_F(SurveySaving, OldVersionBecomesTheBackupAndTheSurveyCountsAsSaved) {
 
 TEST_F(SurveySaving, SelectionWritesItsSamplesOnly) {
     Survey read;
-    Places some({70000 % session.survey.SampleCount(), 3, 5});
+    const std::vector<qint32> some({70000 % session.survey.SampleCount(), 3, 5});
     ASSERT_TRUE(Save(path, &some));
     ASSERT_TRUE(ReadSurveyBytes(FileBytes(path), read));
     ASSERT_EQ(read.SampleCount(), 3);
     EXPECT_EQ(read.Samples.IDno(1), 3);
     EXPECT_EQ(read.Samples.IDno(2), 5);
-    Places none({});
+    const std::vector<qint32> none;
     ASSERT_TRUE(Save(path, &none));
     ASSERT_TRUE(ReadSurveyBytes(FileBytes(path), read));
     EXPECT_EQ(read.SampleCount(), 0);
     EXPECT_EQ(read.QuestionCount, session.survey.QuestionCount);
-    Places stray({session.survey.SampleCount()});
+    const std::vector<qint32> stray({session.survey.SampleCount()});
     const QByteArray before = FileBytes(path);
     EXPECT_FALSE(Save(path, &stray));
     EXPECT_TRUE(FileBytes(path) == before);

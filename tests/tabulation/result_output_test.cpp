@@ -67,7 +67,7 @@ TEST(TotalOptionJson, DamagedOptionsAreRefusedOrTotalled) {
             ++read;
             SheetRig rig(builder.Get());
             rig.sheet.DoTotal(option);
-            EXPECT_FALSE(WriteHtml(builder.Get(), rig.sheet).isEmpty());
+            EXPECT_FALSE(WriteHtml(builder.Get(), rig.sheet.result, rig.sheet.view, rig.sheet.grid).isEmpty());
         } catch (const RuntimeError&) {
         }
     }

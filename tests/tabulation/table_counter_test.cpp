@@ -27,10 +27,10 @@ void ExpectSheet(const Survey& survey, const TotalOption& option, bool sort) {
     SheetRig rig(survey);
     rig.sheet.view.sort = sort;
     rig.sheet.DoTotal(option);
-    for (int q = option.FromQno; q <= rig.sheet.option.ToQno; ++q)
+    for (int q = option.FromQno; q <= rig.sheet.result.option.ToQno; ++q)
         for (int L = 0; L < option.LimitCount; ++L) {
             const Figures expected = CountOneByOne(survey, option, q, L, survey.SampleCount());
-            const std::vector<TotalSheet::BlockRow> block = rig.sheet.Block(q, L);
+            const std::vector<BlockRow> block = BlockRows(survey, rig.sheet.result, q, L);
             const auto choices = static_cast<size_t>(survey.Questions[q].ChoiceCount);
             ASSERT_EQ(block.size(), choices + 1);
             ASSERT_EQ(block[choices].Figure, expected.persons) << q << ' ' << L;
@@ -39,7 +39,7 @@ void ExpectSheet(const Survey& survey, const TotalOption& option, bool sort) {
                 ASSERT_TRUE(!sort || i == 0 || block[i].Figure <= block[i - 1].Figure);
             }
             const int column = rig.sheet.ColStart(L) + (L == 0 || sort ? 1 : 0);
-            ASSERT_EQ(rig.sheet.grid.Text(column, rig.sheet.RowStart(q) + 3), QString::number(block[0].Figure));
+            ASSERT_EQ(rig.sheet.grid.Text(column, rig.sheet.result.RowStart[q] + 3), QString::number(block[0].Figure));
         }
 }
 

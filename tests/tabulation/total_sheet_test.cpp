@@ -13,10 +13,10 @@ TEST(TotalSheet, ReportsTheWalkAndKnowsTheChoiceOfEachRow) {
     SurveyBuilder builder = FruitSurvey();
     SheetRig rig(builder.Get());
     rig.sheet.RunTotal();
-    EXPECT_FALSE(rig.sheet.chkTotaled) << "a view command before the first total does nothing";
+    EXPECT_FALSE(rig.sheet.result.chkTotaled) << "a view command before the first total does nothing";
     rig.sheet.DoTotal(TableOf(0, 0));
     for (const auto& [row, code] : {std::pair{1, -32768}, {5, PackPosition(0, 2)}, {7, 0}, {8, -32768}})
-        EXPECT_EQ(rig.sheet.RowCode(0, row), code) << row;
+        EXPECT_EQ(rig.sheet.result.RowCode(0, row), code) << row;
     EXPECT_EQ(rig.monitor.percents, QStringList({u"0%"_s, u"100%"_s}));
     EXPECT_EQ(rig.monitor.lastPass, u"質問:Q0/Q0まで  限定条件:1/1"_s);
     EXPECT_TRUE(rig.IsAtRest() && rig.ui.transcript.isEmpty());
@@ -99,11 +99,11 @@ TEST(TotalSheet, CancelKeepsWhatTheWalkHadReachedAndShowsOnlyWholeBlocks) {
     EXPECT_EQ(rig.monitor.percents.mid(0, 9).join(u' '), u"0% 29% 57% 86% 100% 0% 29% 57% 100%"_s);
     // Each further limit is entered, and left at the first report of its first question.
     EXPECT_EQ(rig.monitor.percents.mid(9).join(u' '), u"0% 100% 0% 100% 0% 100% 0% 100%"_s);
-    EXPECT_TRUE(rig.sheet.chkTotaled);
-    const int second = rig.sheet.RowStart(1);
+    EXPECT_TRUE(rig.sheet.result.chkTotaled);
+    const int second = rig.sheet.result.RowStart[1];
     const std::tuple<int, int, int> counts[] = {{0, 9, 875}, {0, second + 8, 500}, {0, second + 3, 500}, {1, 9, 0}};
     for (const auto& [L, row, count] : counts)
-        EXPECT_EQ(rig.sheet.Counts(L, row), count) << L << ' ' << row;
+        EXPECT_EQ(rig.sheet.result.Counts(L, row), count) << L << ' ' << row;
     EXPECT_EQ(rig.Row(4).at(1), u"875"_s);
     EXPECT_EQ(rig.Row(second).at(0) + rig.Row(3).at(4), QString());
     // A view command shows the partial table without a new count.
@@ -114,8 +114,8 @@ TEST(TotalSheet, CancelKeepsWhatTheWalkHadReachedAndShowsOnlyWholeBlocks) {
     EXPECT_TRUE(rig.Rows(second + 3, second + 3)[0].startsWith(u"1|500|100.0%|"_s));
     rig.monitor.cancelAtReport = 1;
     rig.sheet.DoTotal(TableOf(0, 0));
-    EXPECT_EQ(rig.sheet.Counts(0, 9), 0);
-    EXPECT_TRUE(rig.sheet.chkTotaled);
+    EXPECT_EQ(rig.sheet.result.Counts(0, 9), 0);
+    EXPECT_TRUE(rig.sheet.result.chkTotaled);
 }
 
 SurveyBuilder WideSurvey(int questions, int choices) {
@@ -134,9 +134,9 @@ TEST(TotalSheet, TableBeyond1999RowsIsCutAtAWholeQuestion) {
     EXPECT_EQ(rig.ui.transcript.join(u'\n'),
               u"message 48 %1: Q19 名18 本文［2つまで］までしかリストに入りません。 -> Ok"_s.arg(
                   UserInterface::DefaultTitle()));
-    EXPECT_EQ(rig.sheet.option.ToQno, 18);
-    EXPECT_EQ(rig.sheet.RowStart(18), 1801);
-    EXPECT_TRUE(rig.sheet.RowStart(19) == 2001 && rig.sheet.grid.Rows() == 2001);
+    EXPECT_EQ(rig.sheet.result.option.ToQno, 18);
+    EXPECT_EQ(rig.sheet.result.RowStart[18], 1801);
+    EXPECT_TRUE(rig.sheet.result.RowStart[19] == 2001 && rig.sheet.grid.Rows() == 2001);
     EXPECT_EQ(rig.Row(1899).at(0), u"[人数]"_s);
     EXPECT_EQ(rig.Rows(1900, 2000).join(QString()).remove(u'|'), QString());
     // 27 blocks of 74 rows end in front of row 1999.
@@ -153,7 +153,7 @@ TEST(TotalSheet, RoughTotalVisitsAboutTwoHundredSamplesAndSmallSurveysWhole) {
         TotalOption option = TableOf(0, 0);
         option.Rough = true;
         rig.sheet.DoTotal(option);
-        const qint32 persons = rig.sheet.Counts(0, 9);
+        const qint32 persons = rig.sheet.result.Counts(0, 9);
         EXPECT_TRUE(least <= persons && persons <= most) << persons;
         EXPECT_EQ(rig.Rows(9, 9), QStringList(u"[粗集計人数]|%1|100.0%||"_s.arg(persons)));
         EXPECT_EQ(rig.monitor.percents.first(), u"0%"_s);

@@ -369,7 +369,7 @@ TEST_F(FrmGridBaseTest, ResultsLeaveByClipboardTextAndHtml) {
     EXPECT_EQ(Grid()->model()->columnCount(), 11);
     Trigger("mnuPercent_2");
     Trigger("mnuHTMLSave");
-    EXPECT_EQ(FileBytes(path), WriteHtml(session.survey, form->Sheet()));
+    EXPECT_EQ(FileBytes(path), WriteHtml(session.survey, form->Sheet().result, form->Sheet().view, form->Sheet().grid));
     EXPECT_EQ(FileBytes(path).count("100.0%"), 4) << "as the view is";
     Trigger("mnuTextSave");
     const QStringList said = ui.Lines(u"message"_s);

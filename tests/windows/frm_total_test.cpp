@@ -123,7 +123,7 @@ class FrmTotalTest : public testing::Test {
         ColumnWidths widths = kDefaultColumnWidths;
         TotalSheet expected(session.survey, session.ui, silent, widths);
         expected.view = view;
-        expected.RefQno = form->Sheet().Sheet().RefQno;
+        expected.result.RefQno = form->Sheet().Sheet().result.RefQno;
         expected.DoTotal(option);
         const ResultGrid& grid = form->Sheet().Sheet().grid;
         ASSERT_EQ(grid.Rows(), expected.grid.Rows());
@@ -178,7 +178,7 @@ TEST_F(FrmTotalTest, CrossesFreeConditionsAndEssayListsAreTotalledAsDescribedAnd
     const QJsonObject counted = QJsonDocument::fromJson(file.readAll())["cross"_L1][0]["Counts"_L1].toObject();
     const TotalSheet& sheet = first->Sheet();
     for (int L = 0; L < races; ++L)
-        for (const TotalSheet::BlockRow& row : sheet.Block(kParty, L)) {
+        for (const BlockRow& row : BlockRows(session.survey, sheet.result, kParty, L)) {
             if (row.RowCode == 0) continue;  // the persons
             const QJsonObject column = counted[QString::number((L + 1) % races)].toObject();
             EXPECT_EQ(row.Figure, column[QString::number(PositionAnswer(row.RowCode))].toInt()) << L;
@@ -251,9 +251,9 @@ TEST_F(FrmTotalTest, CrossesFreeConditionsAndEssayListsAreTotalledAsDescribedAnd
     essays.NumHigh = 88;
     ui.questionsAnswers = {QList<bool>{false, false, false, true, true, false, false, false, false}};
     form->Sheet().findChild<QAction*>(u"mnuRefQno"_s)->trigger();
-    EXPECT_EQ(form->Sheet().Sheet().RefQno, std::vector({kRace, kIncome}));
+    EXPECT_EQ(form->Sheet().Sheet().result.RefQno, std::vector({kRace, kIncome}));
     ExpectResult(essays);
-    EXPECT_EQ(form->Sheet().Sheet().EssayRows.size(), 5U);
+    EXPECT_EQ(form->Sheet().Sheet().result.EssayRows.size(), 5U);
     EXPECT_EQ(windows.All().size(), 3U);
 
     second->activateWindow();
@@ -305,7 +305,7 @@ TEST_F(FrmTotalTest, KeysAloneReachAndDoEverything) {
     QTest::keyClick(form->focusWidget(), Qt::Key_Return);
     ASSERT_EQ(windows.All().size(), 1U);
     ASSERT_TRUE(QTest::qWaitForWindowActive(windows.All()[0]));
-    EXPECT_EQ(form->Sheet().Sheet().ExLimitText, session.survey.Choices(2, kRace).Text);
+    EXPECT_EQ(form->Sheet().Sheet().result.ExLimitText, session.survey.Choices(2, kRace).Text);
 
     form->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form));
@@ -412,7 +412,7 @@ TEST_F(FrmTotalTest, RoughTotalsAreForManySamples) {
     EXPECT_TRUE(Control<QCheckBox>("chkRough")->isEnabled());
     Mark("chkRough");
     Press("cmdTotal_1");
-    EXPECT_TRUE(form->Sheet().Sheet().option.Rough);
+    EXPECT_TRUE(form->Sheet().Sheet().result.option.Rough);
     while (session.survey.SampleCount() >= 200)
         session.survey.Samples.Erase(session.survey.SampleCount() - 1);
     delete form;

@@ -196,15 +196,15 @@ TotalOption EssayOption(const VerbLine& line, const Survey& survey) {
 
 void PrintResult(const Survey& survey, const TotalSheet& sheet, const QString& format, StandardOutput& out) {
     if (format == u"html")
-        out.Print(WriteHtml(survey, sheet));
+        out.Print(WriteHtml(survey, sheet.result, sheet.view, sheet.grid));
     else if (format == u"csv")
         out.Print(GridAsCsv(sheet.grid));
     else if (format == u"text")
         out.Print(GridAsText(sheet.grid));
-    else if (sheet.option.TotalKind == kEssayList)
-        out.Print(WriteEssayJson(sheet));
+    else if (sheet.result.option.TotalKind == kEssayList)
+        out.Print(WriteEssayJson(sheet.result));
     else
-        out.Print(WriteTotalJson(survey, sheet));
+        out.Print(WriteTotalJson(survey, sheet.result));
 }
 
 }  // namespace
@@ -271,11 +271,11 @@ int RunEssays(const QStringList& arguments, StandardOutput& out) {
     ColumnWidths widths = kDefaultColumnWidths;
     TotalSheet sheet(survey, opened.Console(), monitor, widths);
     for (const QString& ref : line.Values(u"ref"_s))
-        sheet.RefQno.push_back(QuestionArgument(survey, ref));
-    sheet.FromDno = line.Number(u"from-dno"_s, 0, std::numeric_limits<qint32>::max(), 0);
+        sheet.result.RefQno.push_back(QuestionArgument(survey, ref));
+    sheet.result.FromDno = line.Number(u"from-dno"_s, 0, std::numeric_limits<qint32>::max(), 0);
     sheet.DoTotal(EssayOption(line, survey));
     PrintResult(survey, sheet, format, out);
-    if (sheet.HasNext) ErrorLine(u"続きは --from-dno %1 で表示します。"_s.arg(sheet.FromDno));
+    if (sheet.result.HasNext) ErrorLine(u"続きは --from-dno %1 で表示します。"_s.arg(sheet.result.FromDno));
     return kDone;
 }
 

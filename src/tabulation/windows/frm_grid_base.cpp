@@ -149,13 +149,13 @@ void FrmGridBase::closeEvent(QCloseEvent* event) {
 
 void FrmGridBase::mnuRefQno_Click() {
     QList<bool> selected(session_.survey.QuestionCount);
-    for (const int q : sheet_.RefQno)
+    for (const int q : sheet_.result.RefQno)
         if (q < selected.size()) selected[q] = true;
     if (!session_.ui.QuestionsBox(u"参照する質問を選択してください"_s, PlainQuestionList(session_.survey), selected))
         return;
-    sheet_.RefQno.clear();
+    sheet_.result.RefQno.clear();
     for (int q = 0; q < selected.size(); ++q)
-        if (selected[q]) sheet_.RefQno.push_back(q);
+        if (selected[q]) sheet_.result.RefQno.push_back(q);
     TotalAgain();  // the same people, of a list that goes on, too
 }
 
@@ -193,7 +193,7 @@ void FrmGridBase::mnuHTMLSave_Click() {
     if (path.isEmpty()) return;
     session_.ui.Busy(true);
     try {
-        WriteFile(path, WriteHtml(session_.survey, sheet_));
+        WriteFile(path, WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid));
     } catch (const RuntimeError&) {
         // The command has no words for this: what could be written is written.
     }
@@ -222,7 +222,7 @@ void FrmGridBase::mnuFontChange_Click() {
 
 void FrmGridBase::cmdNext_Click() {
     const qint32 last = session_.survey.SampleCount() - 1;
-    QString text = QString::number(sheet_.FromDno);
+    QString text = QString::number(sheet_.result.FromDno);
     if (!session_.ui.InputBox(u"集計の続き"_s, u"ﾛｰｶﾙ番号"_s, u"～"_s + QString::number(last),
                               u"ﾛｰｶﾙ番号何番から集計を続けますか？"_s, text))
         return;
@@ -231,7 +231,7 @@ void FrmGridBase::cmdNext_Click() {
     Attempt(session_.ui, [&] {
         const double from = LeadingNumber(text);
         if (from > last) return;
-        sheet_.FromDno = RoundToInt32(from);
+        sheet_.result.FromDno = RoundToInt32(from);
         SheetCommand(u"Do Total"_s);
     });
 }
@@ -312,20 +312,20 @@ bool FrmGridBase::Cancelled() const {
 }
 
 void FrmGridBase::Finished() {
-    const bool essayList = sheet_.option.TotalKind == kEssayList;
+    const bool essayList = sheet_.result.option.TotalKind == kEssayList;
     if (essayList) {
         // The walk tells its last round figure, and no pass: the window would stay "in work" at 98 %.
         ui_->lblInfo2->clear();
-        if (!Cancelled() && !sheet_.HasNext) done_ = of_;
+        if (!Cancelled() && !sheet_.result.HasNext) done_ = of_;
     }
     RefreshProgress();
     if (isMinimized() && !essayList) showNormal();
     ui_->cmdCancel->setEnabled(false);
     ui_->cmdCancel->setVisible(!essayList);
     ui_->cmdNext->setVisible(essayList);
-    ui_->cmdNext->setEnabled(sheet_.HasNext);
-    ui_->lblFromDno->setText(QString::number(sheet_.FromDno));
-    ui_->lblFromDno->setVisible(essayList && sheet_.HasNext);
+    ui_->cmdNext->setEnabled(sheet_.result.HasNext);
+    ui_->lblFromDno->setText(QString::number(sheet_.result.FromDno));
+    ui_->lblFromDno->setVisible(essayList && sheet_.result.HasNext);
     model_->SyncAll();
     ui_->Grid->RefreshSizes(true);
     ui_->Grid->setUpdatesEnabled(true);
@@ -339,7 +339,7 @@ void FrmGridBase::DoTotal() {
     raise();
     activateWindow();
     SetKindMenus(windows_.option.TotalKind == kEssayList);
-    shownFromDno_ = sheet_.FromDno;
+    shownFromDno_ = sheet_.result.FromDno;
     Attempt(session_.ui, [this] { sheet_.DoTotal(windows_.option); });
 }
 
@@ -355,7 +355,7 @@ void FrmGridBase::RunTotal() {
 
 void FrmGridBase::TotalAgain() {
     if (!ui_->mnuFile->isEnabled()) return;
-    sheet_.FromDno = shownFromDno_;
+    sheet_.result.FromDno = shownFromDno_;
     SheetCommand(u"Do Total"_s);
 }
 

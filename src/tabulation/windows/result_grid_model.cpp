@@ -30,7 +30,7 @@ void ResultGridModel::SyncAll() {
 
 // What each row and column is, from the sheet's plan.
 void ResultGridModel::TakeShape() {
-    const TotalOption& option = sheet_.option;
+    const TotalOption& option = sheet_.result.option;
     const int rows = sheet_.grid.Rows();
     columns_ = sheet_.grid.Columns();
     kinds_.assign(static_cast<size_t>(rows), GridRowKind::Plain);
@@ -44,7 +44,7 @@ void ResultGridModel::TakeShape() {
         setKind(1, GridRowKind::Heading);
         setKind(2, GridRowKind::Limit);
         setKind(kEssayHeadRow, GridRowKind::Limit);
-        const int listed = static_cast<int>(sheet_.EssayRows.size());
+        const int listed = static_cast<int>(sheet_.result.EssayRows.size());
         for (int row = kEssayHeadRow + 1; row <= kEssayHeadRow + listed; ++row)
             setKind(row, GridRowKind::Choice);
         if (const int total = kEssayHeadRow + listed + 1; total == rows - 1) setKind(total, GridRowKind::Total);
@@ -53,12 +53,12 @@ void ResultGridModel::TakeShape() {
     }
     if (sheet_.ViewFlags == 0) return;  // nothing planned yet
     for (int q = option.FromQno; q <= option.ToQno; ++q) {
-        const int start = sheet_.RowStart(q);
-        const int total = start + TotalSheet::kFirstChoiceRow + survey_.Questions[q].ChoiceCount;
+        const int start = sheet_.result.RowStart[q];
+        const int total = start + kFirstChoiceRow + survey_.Questions[q].ChoiceCount;
         setKind(start, GridRowKind::Heading);
-        setKind(start + TotalSheet::kWholeLimitRow, GridRowKind::Limit);
-        setKind(start + TotalSheet::kLimitRow, GridRowKind::Limit);
-        for (int row = start + TotalSheet::kFirstChoiceRow; row < total; ++row)
+        setKind(start + kWholeLimitRow, GridRowKind::Limit);
+        setKind(start + kLimitRow, GridRowKind::Limit);
+        for (int row = start + kFirstChoiceRow; row < total; ++row)
             setKind(row, GridRowKind::Choice);
         setKind(total, GridRowKind::Total);
         setKind(total + 1, GridRowKind::Blank);
@@ -71,7 +71,7 @@ void ResultGridModel::TakeShape() {
             if (column < columns_) figureColumns_[static_cast<size_t>(column)] = true;
         if (sheet_.view.space) ++column;
     }
-    if (option.LimitCount > 1) captionRow_ = sheet_.RowStart(option.FromQno) + TotalSheet::kLimitRow;
+    if (option.LimitCount > 1) captionRow_ = sheet_.result.RowStart[option.FromQno] + kLimitRow;
 }
 
 bool ResultGridModel::Holds(int row, int column) const {

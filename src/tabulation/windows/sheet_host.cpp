@@ -61,7 +61,7 @@ void ResultWindows::RemoveHost(SheetHost& host) {
 }
 
 void ResultWindows::Activated(FrmGridBase& sheet) {
-    option = sheet.Sheet().option;
+    option = sheet.Sheet().result.option;
     for (SheetHost* host : hosts_)
         host->SheetActivated(sheet);
 }
