@@ -10,7 +10,10 @@ function(quibra_library name)
   target_compile_definitions(quibra_${name} PUBLIC QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS
                                                    QT_NO_FOREACH)
   target_link_libraries(quibra_${name} PUBLIC Qt6::Core ${ARG_LINK})
-  target_precompile_headers(quibra_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/quibra_pch.h)
+  # The few headers that nearly every file of the logic includes; anything larger costs more than it saves. No path of the
+  # tree is named, so that a compiler cache serves all of its checkouts.
+  target_precompile_headers(quibra_${name} PRIVATE <QList> <QString> <QStringList> <QtGlobal>
+                            <array> <functional> <memory> <vector>)
 endfunction()
 
 # quibra_windows(NAME SOURCES... LINK ...)
