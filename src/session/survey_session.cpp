@@ -18,6 +18,7 @@ void SurveySession::SetChanged(bool on) {
 void SurveySession::NewSurvey() {
     NewSurveyHead(survey, directory_);
     NewSurveyBody(survey);
+    changes.Restart();
     menu.mnuFileSave = false;
     Refresh();
 }
@@ -25,6 +26,7 @@ void SurveySession::NewSurvey() {
 void SurveySession::DeadSurvey() {
     survey.LockLevel = 2;
     survey.FileName = kUnsavable.toString();
+    changes.Restart();
     Lock();
 }
 

@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include "core/sample_change.h"
 #include "core/settings.h"
 #include "core/survey.h"
 #include "core/user_interface.h"
@@ -18,6 +19,7 @@ class SurveySession : public QObject {
     SurveySession(UserInterface& ui, QString directory);
 
     Survey survey;
+    SampleChangeLog changes{survey};  // who changes samples tells it here
     MenuState menu;
     Settings settings = SettingsDefault();
     UserInterface& ui;
