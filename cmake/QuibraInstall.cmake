@@ -76,9 +76,22 @@ function(gzipped_file name destination source)
   set(made_files ${made_files} PARENT_SCOPE)
 endfunction()
 gzipped_file(changelog.gz ${CMAKE_INSTALL_DOCDIR} ${PROJECT_SOURCE_DIR}/data/debian/changelog)
-foreach(page IN ITEMS quibra.1 quibra-cli.1 ja/quibra.1 ja/quibra-cli.1)
-  cmake_path(GET page PARENT_PATH language)
-  gzipped_file(man/${page}.gz ${CMAKE_INSTALL_MANDIR}/${language}/man1 ${PROJECT_SOURCE_DIR}/data/man/${page})
+set(man_dir ${PROJECT_SOURCE_DIR}/data/man)
+gzipped_file(man/quibra.1.gz ${CMAKE_INSTALL_MANDIR}/man1 ${man_dir}/quibra.1)
+gzipped_file(man/ja/quibra.1.gz ${CMAKE_INSTALL_MANDIR}/ja/man1 ${man_dir}/ja/quibra.1)
+
+# What tells the tool's verbs is made from their table.
+foreach(language IN ITEMS en ja)
+  set(folder)
+  if(NOT language STREQUAL "en")
+    set(folder ${language}/)
+  endif()
+  set(page ${PROJECT_BINARY_DIR}/install/man/${folder}quibra-cli.1)
+  add_custom_command(OUTPUT ${page} DEPENDS verb_files ${man_dir}/${folder}quibra-cli.1 VERBATIM
+                     COMMAND verb_files manual ${man_dir}/${folder}quibra-cli.1 ${language} ${page})
+  gzipped_file(man/${folder}quibra-cli.1.gz ${CMAKE_INSTALL_MANDIR}/${folder}man1 ${page})
 endforeach()
+made_file(quibra-cli ${CMAKE_INSTALL_DATADIR}/bash-completion/completions ""
+          verb_files completion ${PROJECT_BINARY_DIR}/install/quibra-cli)
 
 add_custom_target(install_files ALL DEPENDS ${made_files})

@@ -1,6 +1,7 @@
 // get and set: the answers of one sample to one question.
 #include <array>
 
+#include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/verbs.h"
 #include "core/answer_store.h"
 #include "session/survey_file.h"
@@ -66,20 +67,11 @@ void Store(Survey& survey, qint32 dno, int q, const Answers& answers) {
             survey.Samples.SetEssay(dno, survey.QIdx[q].EssayStart + i, QString());
 }
 
-}  // namespace
-
-int RunGet(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"get"_s,
-                  u"サンプル ID の質問 Q への回答を、1行に1つ「番号」か「番号/記述」で表示します。"_s
-                  u"無回答は 0 です。"_s);
-    line.SetArguments(u"FILE ID Q"_s, 3, 3);
-    line.AddSurveyOptions();
-    if (!line.Parse(arguments, out)) return kDone;
-
-    OpenedSurvey opened(line, line.Arguments()[0], Access::Show);
+int RunGet(const VerbLine& line, StandardOutput& out) {
+    OpenedSurvey opened(line, line.Argument(0), Access::Show);
     const Survey& survey = opened.Data();
-    const int q = QuestionArgument(survey, line.Arguments()[2]);
-    const qint32 dno = SampleArgument(survey, line.Arguments()[1]);
+    const int q = QuestionArgument(survey, line.Argument(2));
+    const qint32 dno = SampleArgument(survey, line.Argument(1));
     Answers answers;
     GetAnswersEssay(survey, dno, q, answers.count, answers.choices.data(), answers.texts.data());
     QString text = answers.count == 0 ? u"0\n"_s : QString();
@@ -92,22 +84,45 @@ int RunGet(const QStringList& arguments, StandardOutput& out) {
     return kDone;
 }
 
-int RunSet(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"set"_s,
-                  u"サンプル ID の質問 Q への回答を ANSWER に置き換えて保存します。"_s
-                  u"ANSWER は「番号」か「番号/記述」、0 だけなら無回答にします。"_s
-                  u"元のファイルは拡張子 qb~ で残ります。"_s);
-    line.SetArguments(u"FILE ID Q ANSWER..."_s, 4, -1);
-    line.AddSurveyOptions();
-    if (!line.Parse(arguments, out)) return kDone;
-
-    OpenedSurvey opened(line, line.Arguments()[0], Access::Change);
+int RunSet(const VerbLine& line, StandardOutput& /*out*/) {
+    OpenedSurvey opened(line, line.Argument(0), Access::Change);
     Survey& survey = opened.Data();
-    const int q = QuestionArgument(survey, line.Arguments()[2]);
-    const qint32 dno = SampleArgument(survey, line.Arguments()[1]);
+    const int q = QuestionArgument(survey, line.Argument(2));
+    const qint32 dno = SampleArgument(survey, line.Argument(1));
     Store(survey, dno, q, ReadAnswers(survey, q, line.Arguments().mid(3)));
     opened.Session().ChangedOn();
     return SurveySave(opened.Session(), opened.Path()) ? kDone : kRefused;
+}
+
+}  // namespace
+
+Verb GetVerb() {
+    return {
+        .name = u"get"_s,
+        .summary = u"サンプルの回答を読む"_s,
+        .arguments = u"FILE ID Q"_s,
+        .text =
+            u"サンプル ID の質問 Q への回答を、1行に1つ「番号」か「番号/記述」で表示します。"_s
+            u"無回答は 0 です。"_s,
+        .english = u"Prints a sample's answers to a question, one a line, as number or number/text; 0 is no answer."_s,
+        .options = SurveyOptions(),
+        .run = RunGet};
+}
+
+Verb SetVerb() {
+    return {.name = u"set"_s,
+            .summary = u"サンプルの回答を書き換えて保存する"_s,
+            .arguments = u"FILE ID Q ANSWER..."_s,
+            .text =
+                u"サンプル ID の質問 Q への回答を ANSWER に置き換えて保存します。"_s
+                u"ANSWER は「番号」か「番号/記述」、0 だけなら無回答にします。"_s
+                u"元のファイルは拡張子 qb~ で残ります。"_s,
+            .english =
+                u"Replaces a sample's answers to a question and saves the survey. Answers are written as "
+                u"get prints them; a single 0 is no answer. The survey as it was stays beside it, with "
+                u"the suffix qb~."_s,
+            .options = SurveyOptions(),
+            .run = RunSet};
 }
 
 }  // namespace quibra

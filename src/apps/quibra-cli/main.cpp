@@ -9,6 +9,8 @@
 #include <cstring>
 #include <new>
 
+#include "apps/quibra-cli/verb_line.h"
+#include "apps/quibra-cli/verb_texts.h"
 #include "apps/quibra-cli/verbs.h"
 #include "core/runtime_error.h"
 
@@ -17,50 +19,28 @@ using namespace quibra;
 
 namespace {
 
-struct Verb {
-    QString name;
-    QString summary;
-    int (*run)(const QStringList& arguments, StandardOutput& out);
-};
-
-const QList<Verb>& Verbs() {
-    static const QList<Verb> verbs = {
-        {u"info"_s, u"アンケートのあらましを表示する"_s, RunInfo},
-        {u"total"_s, u"集計する（単純集計・クロス集計）"_s, RunTotal},
-        {u"essays"_s, u"記述文を一覧にする"_s, RunEssays},
-        {u"get"_s, u"サンプルの回答を読む"_s, RunGet},
-        {u"set"_s, u"サンプルの回答を書き換えて保存する"_s, RunSet},
-        {u"dump"_s, u"アンケートを JSON で書き出す"_s, RunDump},
-        {u"build"_s, u"JSON からアンケートを作る"_s, RunBuild},
-        {u"convert"_s, u"古い形式のアンケートを今の形式で保存する"_s, RunConvert},
-    };
-    return verbs;
-}
-
-QString Overview() {
-    QString text = u"使い方: quibra-cli コマンド [オプション] ...\n\n"_s;
-    for (const Verb& verb : Verbs())
-        text += u"  %1 %2\n"_s.arg(verb.name, -8).arg(verb.summary);
-    text +=
-        u"\n質問番号は1から数えます。各コマンドの説明: quibra-cli コマンド --help\n"_s
-        u"終了コード: 0 完了、1 拒否または失敗、2 使い方の誤り\n"_s;
-    return text;
-}
-
 int RunVerb(const QStringList& words, StandardOutput& out) {
     const QString name = words.value(0);
-    if (name == u"--help" || name == u"help") {
-        out.Print(Overview());
-        return kDone;
-    }
     if (name == u"--version") {
         out.Print(u"quibra-cli %1\n"_s.arg(QCoreApplication::applicationVersion()));
         return kDone;
     }
     if (name.isEmpty()) RefuseUsage(Overview().trimmed());
-    for (const Verb& verb : Verbs())
-        if (verb.name == name) return verb.run(words.mid(1), out);
-    RefuseUsage(u"「%1」というコマンドはありません。quibra-cli --help で一覧を表示します。"_s.arg(name));
+    const bool help = name == u"--help" || name == u"-h" || name == u"help";
+    if (help && words.size() == 1) {
+        out.Print(Overview());
+        return kDone;
+    }
+    const Verb* verb = FindVerb(help ? words[1] : name);
+    if (!verb)
+        RefuseUsage(
+            u"「%1」というコマンドはありません。quibra-cli --help で一覧を表示します。"_s.arg(words[help ? 1 : 0]));
+    if (!help) {
+        const VerbLine line(*verb, words.mid(1));
+        if (!line.WantsHelp()) return verb->run(line, out);
+    }
+    out.Print(HelpText(*verb));
+    return kDone;
 }
 
 int Run(const QStringList& words) {

@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/verbs.h"
 #include "core/binary_file.h"
 #include "core/labels.h"
@@ -74,15 +75,8 @@ QString QuestionLines(const Survey& survey) {
     return text;
 }
 
-}  // namespace
-
-int RunInfo(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"info"_s, u"アンケートの題名、質問、サンプル、鍵、大きさを表示します。"_s);
-    line.SetArguments(u"FILE"_s, 1, 1);
-    line.AddSurveyOptions();
-    if (!line.Parse(arguments, out)) return kDone;
-
-    OpenedSurvey opened(line, line.Arguments()[0], Access::Outside);
+int RunInfo(const VerbLine& line, StandardOutput& out) {
+    OpenedSurvey opened(line, line.Argument(0), Access::Outside);
     const Survey& survey = opened.Data();
     QString text;
     if (opened.IsVisible()) {
@@ -105,27 +99,15 @@ int RunInfo(const QStringList& arguments, StandardOutput& out) {
     return kDone;
 }
 
-int RunDump(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"dump"_s, u"アンケートを JSON で標準出力に書き出します。"_s);
-    line.SetArguments(u"FILE"_s, 1, 1);
-    line.AddOption(u"no-samples"_s, u"質問などの定義だけを書き出す"_s);
-    line.AddSurveyOptions();
-    if (!line.Parse(arguments, out)) return kDone;
-
+int RunDump(const VerbLine& line, StandardOutput& out) {
     // The text holds the password and all answers.
-    OpenedSurvey opened(line, line.Arguments()[0], Access::Change);
+    OpenedSurvey opened(line, line.Argument(0), Access::Change);
     WriteSurveyJson(opened.Data(), out, !line.Has(u"no-samples"_s));
     return kDone;
 }
 
-int RunBuild(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"build"_s,
-                  u"dump と同じ形の JSON からアンケートを作って保存します。"_s
-                  u"サンプルはなくても、順不同でもかまいません。"_s);
-    line.SetArguments(u"DEF.json OUT.qb"_s, 2, 2);
-    if (!line.Parse(arguments, out)) return kDone;
-
-    const QString source = line.Arguments()[0];
+int RunBuild(const VerbLine& line, StandardOutput& /*out*/) {
+    const QString source = line.Argument(0);
     QFile file(source);
     if (!file.exists()) throw Refusal{source + u"が見つかりません"_s};
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
@@ -138,20 +120,71 @@ int RunBuild(const QStringList& arguments, StandardOutput& out) {
     } catch (const RuntimeError& error) {
         throw Refusal{u"%1：%2"_s.arg(source, error.Text())};
     }
-    return SurveySave(session, QFileInfo(line.Arguments()[1]).absoluteFilePath()) ? kDone : kRefused;
+    return SurveySave(session, QFileInfo(line.Argument(1)).absoluteFilePath()) ? kDone : kRefused;
 }
 
-int RunConvert(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"convert"_s,
-                  u"どの版の形式のアンケートも読み込み、今の形式で保存します。"_s
-                  u"OUT を略すと IN に保存し、元のファイルは拡張子 qb~ で残ります。"_s);
-    line.SetArguments(u"IN [OUT]"_s, 1, 2);
-    line.AddSurveyOptions();
-    if (!line.Parse(arguments, out)) return kDone;
-
-    OpenedSurvey opened(line, line.Arguments()[0], Access::Change);
+int RunConvert(const VerbLine& line, StandardOutput& /*out*/) {
+    OpenedSurvey opened(line, line.Argument(0), Access::Change);
     const QString target = QFileInfo(line.Arguments().last()).absoluteFilePath();
     return SurveySave(opened.Session(), target) ? kDone : kRefused;
+}
+
+}  // namespace
+
+Verb InfoVerb() {
+    return {.name = u"info"_s,
+            .summary = u"アンケートのあらましを表示する"_s,
+            .arguments = u"FILE"_s,
+            .text = u"アンケートの題名、質問、サンプル、鍵、大きさを表示します。"_s,
+            .english =
+                u"Shows title, file, lock, number of questions and samples, and the list of questions. Of "
+                u"a survey that its lock hides, only what may be known from outside."_s,
+            .options = SurveyOptions(),
+            .run = RunInfo};
+}
+
+Verb DumpVerb() {
+    return {
+        .name = u"dump"_s,
+        .summary = u"アンケートを JSON で書き出す"_s,
+        .arguments = u"FILE"_s,
+        .text = u"アンケートを JSON で標準出力に書き出します。"_s,
+        .english = u"Writes the survey as JSON to standard output."_s,
+        .options =
+            QList<VerbOption>{
+                {.name = u"no-samples"_s,
+                 .value = {},
+                 .text = u"質問などの定義だけを書き出す"_s,
+                 .english = u"Without the samples: the questions, conditions and what else defines the survey."_s}} +
+            SurveyOptions(),
+        .run = RunDump};
+}
+
+Verb BuildVerb() {
+    return {.name = u"build"_s,
+            .summary = u"JSON からアンケートを作る"_s,
+            .arguments = u"DEF.json OUT.qb"_s,
+            .text =
+                u"dump と同じ形の JSON からアンケートを作って保存します。"_s
+                u"サンプルはなくても、順不同でもかまいません。"_s,
+            .english =
+                u"Makes a survey of JSON in the form that dump writes. Samples may be missing or stand in any order."_s,
+            .options = QList<VerbOption>{},
+            .run = RunBuild};
+}
+
+Verb ConvertVerb() {
+    return {.name = u"convert"_s,
+            .summary = u"古い形式のアンケートを今の形式で保存する"_s,
+            .arguments = u"IN [OUT]"_s,
+            .text =
+                u"どの版の形式のアンケートも読み込み、今の形式で保存します。"_s
+                u"OUT を略すと IN に保存し、元のファイルは拡張子 qb~ で残ります。"_s,
+            .english =
+                u"Reads a survey of any generation and saves it in the current one, as OUT or in its "
+                u"place, where the file as it was stays with the suffix qb~."_s,
+            .options = SurveyOptions(),
+            .run = RunConvert};
 }
 
 }  // namespace quibra

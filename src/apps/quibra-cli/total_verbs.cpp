@@ -1,6 +1,7 @@
 // total and essays: results of a survey.
 #include <QFile>
 
+#include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/result_text.h"
 #include "apps/quibra-cli/verbs.h"
 #include "conditions/condition_notation.h"
@@ -14,37 +15,6 @@ namespace quibra {
 
 namespace {
 
-// Parts the two values of one option; no argument can hold it.
-constexpr QChar kPairMark = QChar(0x1F);
-
-// An option takes one value, so those of a range are joined to one: --number 10 20.
-QStringList JoinPairs(const QStringList& arguments, const QStringList& options) {
-    QStringList joined;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        if (!options.contains(arguments[i])) {
-            joined += arguments[i];
-            continue;
-        }
-        if (i + 2 >= arguments.size()) RefuseUsage(u"%1 には LOW と HIGH の二つの値が要ります"_s.arg(arguments[i]));
-        joined += arguments[i] + u'=' + arguments[i + 1] + kPairMark + arguments[i + 2];
-        i += 2;
-    }
-    return joined;
-}
-
-std::pair<QString, QString> PairOf(const VerbLine& line, const QString& option) {
-    const QStringList parts = line.Value(option).split(kPairMark);
-    if (parts.size() != 2) RefuseUsage(u"--%1 LOW HIGH のように二つの値を書いてください"_s.arg(option));
-    return {parts[0], parts[1]};
-}
-
-double NumberArgument(const QString& text) {
-    bool ok = false;
-    const double value = text.toDouble(&ok);
-    if (!ok || !qIsFinite(value)) RefuseUsage(u"「%1」は数ではありません"_s.arg(text));
-    return value;
-}
-
 void SetCondition(const Survey& survey, const QString& text, TotalOption& option, int column) {
     LimitList list;
     NotationError error;
@@ -53,16 +23,15 @@ void SetCondition(const Survey& survey, const QString& text, TotalOption& option
         option.Limits(i, column) = list[i];
 }
 
-QString FormatOf(const VerbLine& line) {
-    QString format = line.Has(u"format"_s) ? line.Value(u"format"_s) : u"text"_s;
-    if (!QStringList{u"text"_s, u"json"_s, u"csv"_s, u"html"_s}.contains(format))
-        RefuseUsage(u"--format は text, json, csv, html のどれかです"_s);
-    return format;
-}
-
-void AddResultOptions(VerbLine& line) {
-    line.AddOption(u"format"_s, u"text（タブ区切り）、json、csv、html"_s, u"FORMAT"_s);
-    line.AddSurveyOptions();
+QList<VerbOption> ResultOptions() {
+    return QList<VerbOption>{{.name = u"format"_s,
+                              .value = u"FORMAT"_s,
+                              .text = u"text（タブ区切り。指定しないときと同じ）、json、csv、html（コードページ932）"_s,
+                              .english =
+                                  u"text (cells parted by tabs, as without this option), json, csv or html. All are in "
+                                  u"UTF-8, but html in code page 932."_s,
+                              .choices = {u"text"_s, u"json"_s, u"csv"_s, u"html"_s}}} +
+           SurveyOptions();
 }
 
 // Shows how far a count is on the console's progress line.
@@ -148,13 +117,9 @@ TotalOption TableOption(const VerbLine& line, const Survey& survey) {
 
 TotalView TableView(const VerbLine& line) {
     TotalView view;
-    const QString show = line.Has(u"show"_s) ? line.Value(u"show"_s) : u"both"_s;
-    if (show == u"counts")
-        view.percent = TotalView::CountsOnly;
-    else if (show == u"percent")
-        view.percent = TotalView::PercentOnly;
-    else if (show != u"both")
-        RefuseUsage(u"--show は counts, both, percent のどれかです"_s);
+    const QString show = line.Value(u"show"_s);
+    if (show == u"counts") view.percent = TotalView::CountsOnly;
+    if (show == u"percent") view.percent = TotalView::PercentOnly;
     view.sort = line.Has(u"sort"_s);
     view.space = !line.Has(u"no-space"_s);
     return view;
@@ -171,14 +136,14 @@ void SetEssayCondition(const VerbLine& line, TotalOption& option) {
         option.EssayText = line.Value(u"text"_s);
     }
     if (line.Has(u"number"_s)) {
-        const auto [low, high] = PairOf(line, u"number"_s);
+        const auto [first, second] = line.Pair(u"number"_s);
         option.CrossMode = kEssayNumber;
-        option.NumLow = NumberArgument(low);
-        option.NumHigh = NumberArgument(high);
+        std::tie(option.NumLow, option.NumHigh) = std::minmax({NumberArgument(first), NumberArgument(second)});
     }
     if (line.Has(u"code"_s)) {
         option.CrossMode = kEssayCode;
-        std::tie(option.CodeLow, option.CodeHigh) = PairOf(line, u"code"_s);
+        const auto [first, second] = line.Pair(u"code"_s);
+        std::tie(option.CodeLow, option.CodeHigh) = std::minmax({first, second});
     }
 }
 
@@ -207,35 +172,14 @@ void PrintResult(const Survey& survey, const TotalSheet& sheet, const QString& f
         out.Print(WriteTotalJson(survey, sheet.result));
 }
 
-}  // namespace
-
-int RunTotal(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"total"_s,
-                  u"集計します。何も指定しなければ全質問の単純集計です。\n\n"_s
-                  u"COND は条件で、語を空白で区切って並べます: Q3=2（必須） |Q3=4（又は） -Q5=1（除く）\n"_s
-                  u"Q5=3..7（3から7） Q5@2=3（2位で3） P4（既成限定条件4）"_s);
-    line.SetArguments(u"FILE"_s, 1, 1);
-    line.AddOption(u"from"_s, u"最初の質問。--to がなければこの質問だけ"_s, u"Q"_s);
-    line.AddOption(u"to"_s, u"最後の質問。--from がなければ先頭から"_s, u"Q"_s);
-    line.AddOption(u"cross"_s, u"この質問の選択肢ごとの列でクロス集計する"_s, u"Q"_s);
-    line.AddOption(u"predefined"_s, u"既成限定条件ごとの列でクロス集計する"_s);
-    line.AddOption(u"column"_s, u"条件を1列にする。何度でも書ける"_s, u"COND"_s);
-    line.AddOption(u"where"_s, u"全体の限定"_s, u"COND"_s);
-    line.AddOption(u"rank"_s, u"N 番目の回答だけを数える"_s, u"N"_s);
-    line.AddOption(u"rough"_s, u"荒く集計する"_s);
-    line.AddOption(u"sort"_s, u"多い順に並べる"_s);
-    line.AddOption(u"show"_s, u"counts（人数）、both（人数と％）、percent（％）"_s, u"WHAT"_s);
-    line.AddOption(u"no-space"_s, u"列の間に空白を入れない"_s);
-    line.AddOption(u"option"_s, u"集計の設定を JSON から読む"_s, u"FILE.json"_s);
-    AddResultOptions(line);
-    if (!line.Parse(arguments, out)) return kDone;
+int RunTotal(const VerbLine& line, StandardOutput& out) {
     line.AllowOneOf({u"cross"_s, u"predefined"_s, u"column"_s, u"option"_s});
     for (const QString& other : {u"from"_s, u"to"_s, u"where"_s, u"rank"_s, u"rough"_s})
         line.AllowOneOf({u"option"_s, other});
-    const QString format = FormatOf(line);
+    const QString format = line.Value(u"format"_s);
     const TotalView view = TableView(line);
 
-    OpenedSurvey opened(line, line.Arguments()[0], Access::Show);
+    OpenedSurvey opened(line, line.Argument(0), Access::Show);
     ConsoleMonitor monitor(opened.Console());
     ColumnWidths widths = kDefaultColumnWidths;
     TotalSheet sheet(opened.Data(), opened.Console(), monitor, widths);
@@ -245,27 +189,10 @@ int RunTotal(const QStringList& arguments, StandardOutput& out) {
     return kDone;
 }
 
-int RunEssays(const QStringList& arguments, StandardOutput& out) {
-    VerbLine line(u"essays"_s,
-                  u"質問 Q の記述文・数量・コードを、回答1つを1行として一覧にします。"_s
-                  u"COND の書き方は total --help にあります。"_s);
-    line.SetArguments(u"FILE Q"_s, 2, 2);
-    line.AddOption(u"choice"_s, u"この選択肢の回答だけ。なければ無回答以外の全て"_s, u"C"_s);
-    line.AddOption(u"rank"_s, u"N 番目の回答だけ"_s, u"N"_s);
-    line.AddOption(u"none"_s, u"回答を見ずに、条件に合うサンプルを1行ずつ"_s);
-    line.AddOption(u"empty"_s, u"記述の無い回答"_s);
-    line.AddOption(u"filled"_s, u"記述のある回答"_s);
-    line.AddOption(u"text"_s, u"T を含む回答"_s, u"T"_s);
-    line.AddOption(u"number"_s, u"数量が LOW から HIGH までの回答"_s, u"LOW HIGH"_s);
-    line.AddOption(u"code"_s, u"コードが LOW から HIGH までの回答"_s, u"LOW HIGH"_s);
-    line.AddOption(u"where"_s, u"全体の限定"_s, u"COND"_s);
-    line.AddOption(u"ref"_s, u"この質問の回答を並べて示す。何度でも書ける"_s, u"Q"_s);
-    line.AddOption(u"from-dno"_s, u"ローカル番号 N から始める"_s, u"N"_s);
-    AddResultOptions(line);
-    if (!line.Parse(JoinPairs(arguments, {u"--number"_s, u"--code"_s}), out)) return kDone;
-    const QString format = FormatOf(line);
+int RunEssays(const VerbLine& line, StandardOutput& out) {
+    const QString format = line.Value(u"format"_s);
 
-    OpenedSurvey opened(line, line.Arguments()[0], Access::Show);
+    OpenedSurvey opened(line, line.Argument(0), Access::Show);
     const Survey& survey = opened.Data();
     ConsoleMonitor monitor(opened.Console());
     ColumnWidths widths = kDefaultColumnWidths;
@@ -277,6 +204,135 @@ int RunEssays(const QStringList& arguments, StandardOutput& out) {
     PrintResult(survey, sheet, format, out);
     if (sheet.result.HasNext) ErrorLine(u"続きは --from-dno %1 で表示します。"_s.arg(sheet.result.FromDno));
     return kDone;
+}
+
+}  // namespace
+
+Verb TotalVerb() {
+    return {.name = u"total"_s,
+            .summary = u"集計する（単純集計・クロス集計）"_s,
+            .arguments = u"FILE"_s,
+            .text =
+                u"集計します。何も指定しなければ全質問の単純集計です。\n\n"_s
+                u"COND は条件で、語を空白で区切って並べます: Q3=2（必須） |Q3=4（又は） -Q5=1（除く）\n"_s
+                u"Q5=3..7（3から7） Q5@2=3（2位で3） P4（既成限定条件4）"_s,
+            .english = u"Makes a table. Without options these are simple totals of all questions."_s,
+            .options =
+                QList<VerbOption>{
+                    {.name = u"from"_s,
+                     .value = u"Q"_s,
+                     .text = u"最初の質問。--to がなければこの質問だけ"_s,
+                     .english = u"The first question; without --to the only one."_s},
+                    {.name = u"to"_s,
+                     .value = u"Q"_s,
+                     .text = u"最後の質問。--from がなければ先頭から"_s,
+                     .english = u"The last question; without --from the table begins with the first one."_s},
+                    {.name = u"cross"_s,
+                     .value = u"Q"_s,
+                     .text = u"この質問の選択肢ごとの列でクロス集計する"_s,
+                     .english = u"Crosses by the choices of this question, one column each."_s},
+                    {.name = u"predefined"_s,
+                     .value = {},
+                     .text = u"既成限定条件ごとの列でクロス集計する"_s,
+                     .english = u"Crosses by the predefined conditions of the survey."_s},
+                    {.name = u"column"_s,
+                     .value = u"COND"_s,
+                     .text = u"条件を1列にする。何度でも書ける"_s,
+                     .english = u"One more column of those who meet a condition; may be given many times."_s,
+                     .repeats = true},
+                    {.name = u"where"_s,
+                     .value = u"COND"_s,
+                     .text = u"全体の限定"_s,
+                     .english = u"Counts only those who meet this condition."_s},
+                    {.name = u"rank"_s,
+                     .value = u"N"_s,
+                     .text = u"N 番目の回答だけを数える"_s,
+                     .english = u"Counts only the answer in place N."_s},
+                    {.name = u"rough"_s,
+                     .value = {},
+                     .text = u"荒く集計する"_s,
+                     .english = u"Counts roughly, from about 200 of the samples."_s},
+                    {.name = u"sort"_s,
+                     .value = {},
+                     .text = u"多い順に並べる"_s,
+                     .english = u"Puts the most frequent choices first."_s},
+                    {.name = u"show"_s,
+                     .value = u"WHAT"_s,
+                     .text = u"counts（人数）、both（人数と％）、percent（％）"_s,
+                     .english = u"counts, both (counts and percentages, as without this option) or percent."_s,
+                     .choices = {u"both"_s, u"counts"_s, u"percent"_s}},
+                    {.name = u"no-space"_s,
+                     .value = {},
+                     .text = u"列の間に空白を入れない"_s,
+                     .english = u"Leaves no blank between columns."_s},
+                    {.name = u"option"_s,
+                     .value = u"FILE.json"_s,
+                     .text = u"集計の設定を JSON から読む"_s,
+                     .english = u"Reads the choice of questions, columns and conditions from a file; goes with none of "
+                                u"--from, --to, --cross, --predefined, --column, --where, --rank and --rough."_s}} +
+                ResultOptions(),
+            .run = RunTotal};
+}
+
+Verb EssaysVerb() {
+    return {.name = u"essays"_s,
+            .summary = u"記述文を一覧にする"_s,
+            .arguments = u"FILE Q"_s,
+            .text =
+                u"質問 Q の記述文・数量・コードを、回答1つを1行として一覧にします。"_s
+                u"COND の書き方は total --help にあります。"_s,
+            .english =
+                u"Lists the texts, numbers or codes that were written beside the choices of a question, "
+                u"one answer a line."_s,
+            .options =
+                QList<VerbOption>{
+                    {.name = u"choice"_s,
+                     .value = u"C"_s,
+                     .text = u"この選択肢の回答だけ。なければ無回答以外の全て"_s,
+                     .english = u"Only answers with this choice; otherwise all but \"no answer\"."_s},
+                    {.name = u"rank"_s,
+                     .value = u"N"_s,
+                     .text = u"N 番目の回答だけ"_s,
+                     .english = u"Only the answer in place N."_s},
+                    {.name = u"none"_s,
+                     .value = {},
+                     .text = u"回答を見ずに、条件に合うサンプルを1行ずつ"_s,
+                     .english = u"One line for each sample that meets the condition, whatever was answered."_s},
+                    {.name = u"empty"_s,
+                     .value = {},
+                     .text = u"記述の無い回答"_s,
+                     .english = u"Only answers with nothing written."_s},
+                    {.name = u"filled"_s,
+                     .value = {},
+                     .text = u"記述のある回答"_s,
+                     .english = u"Only answers with something written."_s},
+                    {.name = u"text"_s,
+                     .value = u"T"_s,
+                     .text = u"T を含む回答"_s,
+                     .english = u"Only answers that hold this text."_s},
+                    {.name = u"number"_s,
+                     .value = u"LOW HIGH"_s,
+                     .text = u"数量が LOW から HIGH までの回答"_s,
+                     .english = u"Only answers with a number in this range."_s},
+                    {.name = u"code"_s,
+                     .value = u"LOW HIGH"_s,
+                     .text = u"コードが LOW から HIGH までの回答"_s,
+                     .english = u"Only answers with a code in this range."_s},
+                    {.name = u"where"_s,
+                     .value = u"COND"_s,
+                     .text = u"全体の限定"_s,
+                     .english = u"Only samples that meet this condition."_s},
+                    {.name = u"ref"_s,
+                     .value = u"Q"_s,
+                     .text = u"この質問の回答を並べて示す。何度でも書ける"_s,
+                     .english = u"Shows the answers to this question beside; may be given many times."_s,
+                     .repeats = true},
+                    {.name = u"from-dno"_s,
+                     .value = u"N"_s,
+                     .text = u"ローカル番号 N から始める"_s,
+                     .english = u"Goes on at sample number N, as a long list tells at its end."_s}} +
+                ResultOptions(),
+            .run = RunEssays};
 }
 
 }  // namespace quibra

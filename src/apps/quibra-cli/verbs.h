@@ -1,23 +1,28 @@
-// The verbs of quibra-cli. Each gets the words behind its name and the standard output, gives an exit status, and
-// throws a Refusal or a RuntimeError when it can't do what was asked.
+// The verbs of quibra-cli. Each comes from the file that runs it, and stands once more in the list of verbs.cpp.
 #pragma once
 
-#include <QStringList>
-
-#include "apps/quibra-cli/console.h"
+#include "apps/quibra-cli/verb.h"
 
 namespace quibra {
 
+// In the order of the help.
+const QList<Verb>& Verbs();
+// nullptr for a name that is none.
+const Verb* FindVerb(const QString& name);
+
+// Options of every verb that opens a survey; OpenedSurvey looks at them.
+QList<VerbOption> SurveyOptions();
+
 // Surveys as files.
-int RunInfo(const QStringList& arguments, StandardOutput& out);
-int RunDump(const QStringList& arguments, StandardOutput& out);
-int RunBuild(const QStringList& arguments, StandardOutput& out);
-int RunConvert(const QStringList& arguments, StandardOutput& out);
+Verb InfoVerb();
+Verb DumpVerb();
+Verb BuildVerb();
+Verb ConvertVerb();
 // One sample's answers.
-int RunGet(const QStringList& arguments, StandardOutput& out);
-int RunSet(const QStringList& arguments, StandardOutput& out);
+Verb GetVerb();
+Verb SetVerb();
 // Results.
-int RunTotal(const QStringList& arguments, StandardOutput& out);
-int RunEssays(const QStringList& arguments, StandardOutput& out);
+Verb TotalVerb();
+Verb EssaysVerb();
 
 }  // namespace quibra

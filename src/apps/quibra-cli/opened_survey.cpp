@@ -1,0 +1,68 @@
+#include "apps/quibra-cli/opened_survey.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <cstdio>
+
+#include "session/survey_file.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+namespace {
+
+// Without its line end; a word in a file of its own is not seen by others on the machine.
+QString FirstLineOf(const QString& path) {
+    QFile file(path);
+    const bool opened = path == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+    if (!opened) throw Refusal{u"%1 を読めません。%2"_s.arg(path, file.errorString())};
+    QString line = QString::fromUtf8(file.readLine());
+    while (line.endsWith(u'\n') || line.endsWith(u'\r'))
+        line.chop(1);
+    return line;
+}
+
+}  // namespace
+
+OpenedSurvey::OpenedSurvey(const VerbLine& line, const QString& path, Access access)
+    : console_(line.Has(u"yes"_s)), session_(console_, ProgramDirectory()), path_(QFileInfo(path).absoluteFilePath()) {
+    Load(access);
+    Unlock(line, access);
+}
+
+void OpenedSurvey::Load(Access access) {
+    int code = SurveyLoad(session_, path_, kExpectSurvey);
+    if (code == kLoadBaseFirst) {
+        // What is written would go to the base survey, which nobody named.
+        if (access == Access::Change) throw Refusal{u"集計結果データは書き換えられません。"_s};
+        code = SurveyLoad(session_, path_, kExpectSurvey);
+    }
+    if (code != kLoaded) throw Refusal{code == kNothing ? QString() : u"アンケートファイルではありません。"_s};
+}
+
+void OpenedSurvey::Unlock(const VerbLine& line, Access access) {
+    line.AllowOneOf({u"password"_s, u"password-file"_s});
+    const Survey& survey = session_.survey;
+    const int forbidden = access == Access::Change ? 1 : 2;
+    if (survey.LockLevel >= forbidden && !survey.Password.isEmpty()) {
+        const bool given = line.Has(u"password"_s) || line.Has(u"password-file"_s);
+        const QString word =
+            line.Has(u"password-file"_s) ? FirstLineOf(line.Value(u"password-file"_s)) : line.Value(u"password"_s);
+        if (word != survey.Password && word.toLower() != survey.Password) {
+            if (access != Access::Outside || given)
+                throw Refusal{u"パスワードが正しくありません"_s +
+                              (given ? QString() : u"（--password か --password-file で指定してください）"_s)};
+            visible_ = false;
+            return;
+        }
+    }
+    LockRelease(session_.menu);
+}
+
+QString ProgramDirectory() {
+    return QCoreApplication::applicationDirPath() + u'/';
+}
+
+}  // namespace quibra
