@@ -8,6 +8,12 @@ bool TestLimit(const Survey& survey, qint32 dno, const LimitList& list) {
     return lmDoC(list.Data(), survey.QIdx.Data(), survey.Samples.PreLimitBits(dno), survey.Samples.Bits(dno)) != 0;
 }
 
+bool QuestionApplies(const Survey& survey, qint32 dno, int q) {
+    const LimitColumn column = survey.QLimit.Column(q);
+    if (column[0].b == 0 && column[1].a == 0) return true;
+    return TestLimit(survey, dno, LimitList(column));
+}
+
 void ClearLimit(LimitList& list, int& pos) {
     list[0].b = 0;
     for (int i = 1; i <= list.Bound(); ++i)

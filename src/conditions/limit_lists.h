@@ -12,6 +12,9 @@ namespace quibra {
 // PreLimitBits.
 bool TestLimit(const Survey& survey, qint32 dno, const LimitList& list);
 
+// True when sample `dno` meets the condition under which question q is asked.
+bool QuestionApplies(const Survey& survey, qint32 dno, int q);
+
 // Empties the list: no mask, `a` 0 in every line (`b` of the lines stays), pos = 1.
 void ClearLimit(LimitList& list, int& pos);
 void ClearLimitColumn(std::span<LimitLine> column, int& pos);

@@ -18,6 +18,13 @@ constexpr size_t kAlignment = 64;
 constexpr size_t kReadableTail = 64;
 constexpr size_t kPageBytes = 4096;
 constexpr size_t kLargeBlock = 4 << 20;
+
+// The first of a sample's texts at or behind the slot.
+template <typename List>
+auto PlaceOf(List& list, int slot) {
+    return std::lower_bound(list.begin(), list.end(), slot,
+                            [](const Essay& essay, int wanted) { return essay.slot < wanted; });
+}
 // So many samples take a few milliseconds, whatever is done to them.
 constexpr size_t kSamplesATurn = size_t{1} << 15;
 
@@ -110,9 +117,9 @@ void SampleList::Allocate(qint32 count) {
 
 QString SampleList::Essay(qint32 dno, int slot) const {
     CheckSlot(slot);
-    for (const auto& essay : Essays(dno))
-        if (essay.slot == slot) return essay.text;
-    return QString();
+    const EssayList& list = Essays(dno);
+    const auto place = PlaceOf(list, slot);
+    return place != list.end() && place->slot == slot ? place->text : QString();
 }
 
 void SampleList::SetEssay(qint32 dno, int slot, const QString& text) {
@@ -120,8 +127,7 @@ void SampleList::SetEssay(qint32 dno, int slot, const QString& text) {
     auto& list = essays_[Checked(dno)];
     if (slot == essaySlots_ || (!list && text.isEmpty())) return;
     if (!list) list = std::make_unique<EssayList>();
-    const auto place = std::lower_bound(list->begin(), list->end(), slot,
-                                        [](const struct Essay& essay, int wanted) { return essay.slot < wanted; });
+    const auto place = PlaceOf(*list, slot);
     const bool there = place != list->end() && place->slot == slot;
     if (text.isEmpty()) {
         if (there) list->erase(place);
