@@ -204,23 +204,22 @@ bool CorrectAnswers(const Survey& survey, WorkingSample& working, bool repeats, 
 }
 
 bool CheckLimit(Survey& survey, qint32 dno, int q, CorrectionNotice* notice, int pos, int len) {
-    const LimitList limit(survey.QLimit.Column(q));
-    if (limit[1].a == 0 && limit[0].b == 0) return false;
+    const LimitLine first = survey.QLimit(1, q);
     std::array<qint16, kMaxAnswers> answers;
     qint16 count;
     GetAnswers(survey, dno, q, count, answers.data());
-    if (answers[0] == 0 || TestLimit(survey, dno, limit)) return false;
+    if (answers[0] == 0 || QuestionApplies(survey, dno, q)) return false;
     if (notice)
         notice->ShowCorrection(CheckedLabel(survey, q) + u"の回答"_s, u"は質問の限定に合致していません。"_s, pos, len);
 
     const QString noEssay;
-    if (survey.CorrectFlags & kClearUnlimited || LimitKindOf(limit[1]) == kLimitNot) {
+    if (survey.CorrectFlags & kClearUnlimited || LimitKindOf(first) == kLimitNot) {
         constexpr qint16 kNone = 0;
         SetAnswersEssay(survey, dno, q, 1, &kNone, &noEssay);
         return true;
     }
-    const int source = PositionQuestion(limit[1].b);
-    const auto wanted = static_cast<qint16>(PositionChoice(limit[1].b));
+    const int source = PositionQuestion(first.b);
+    const auto wanted = static_cast<qint16>(PositionChoice(first.b));
     if (source >= survey.QuestionCount || wanted >= survey.Questions[source].ChoiceCount) return false;
     GetAnswers(survey, dno, source, count, answers.data());
     if (answers[0] != 0) return false;

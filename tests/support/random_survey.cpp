@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "companion/limit_terms.h"
+#include "core/answer_store.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +44,73 @@ Survey MakeRandomSurvey(Random& random, int questions, qint32 samples) {
         }
     }
     return survey;
+}
+
+namespace {
+
+void BreakLines(Random& random, Survey& survey, bool within) {
+    survey.LineStart.Fill(0);
+    int line = 1;
+    for (int q = 0; q <= survey.QuestionCount; ++q)
+        for (int a = 0; a < (q < survey.QuestionCount ? survey.Questions[q].Anum : 1); ++a)
+            if (q == survey.QuestionCount || (a == 0 && q > 0 && Pick(random, 0, 1) == 0) ||
+                (a > 0 && within && Pick(random, 0, 5) == 0))
+                survey.LineStart[line++] = PackPosition(q, a);
+    for (int q = survey.QuestionCount; line < kLineStartEntries; ++line)
+        survey.LineStart[line] = PackPosition(std::min(++q, kMaxQuestions - 1), 0);
+}
+
+QString RandomText(Random& random) {
+    const QString characters = u"0123 abcｱあ漢[]{}*.-¶▼\\/:\"'"_s;
+    QString text;
+    for (int i = Pick(random, 1, 12); i > 0; --i)
+        text += characters[Pick(random, 0, static_cast<int>(characters.size()) - 1)];
+    return text.contains(u"*/"_s) || text.startsWith(u'*') ? u"?"_s : text;
+}
+
+}  // namespace
+
+void MakeTypable(Random& random, Survey& survey, bool within) {
+    constexpr int kMostSymbols[] = {127, 35, 45, 26};
+    for (int q = 0; q < survey.QuestionCount; ++q) {
+        QuestionRec& question = survey.Questions[q];
+        const int kind = Pick(random, 0, 3);
+        question.LabelKind = static_cast<qint16>(question.ChoiceCount - 1 <= kMostSymbols[kind] ? kind : 0);
+        for (int c = 1; c < question.ChoiceCount; ++c) {
+            ChoiceRec& choice = survey.Choices(c, q);
+            if (Pick(random, 0, 3) == 0)
+                choice.Status = static_cast<qint16>(1 << kEssay | Pick(random, 0, 1) << kNumber);
+            if (Pick(random, 0, 9) == 0) choice.Status = static_cast<qint16>(choice.Status | 1 << kOther);
+            if (Pick(random, 0, 9) == 0) choice.Status = static_cast<qint16>(choice.Status | 1 << kExclusive);
+            choice.Low = -50;
+            choice.High = 1000;
+        }
+        survey.Choices(0, q).Status = 1 << kExclusive;
+    }
+    BreakLines(random, survey, within);
+    const qint32 count = survey.SampleCount();
+    RecalcLayout(survey);
+    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
+    survey.Samples.Allocate(count);
+    for (qint32 dno = 0; dno < count; ++dno) {
+        survey.Samples.SetIDno(dno, dno + 1);
+        for (int q = 0; q < survey.QuestionCount; ++q) {
+            std::vector<qint16> answers(1);
+            std::vector<QString> essays;
+            for (int i = Pick(random, 0, survey.Questions[q].Anum); i > 0; --i) {
+                const auto answer = static_cast<qint16>(Pick(random, 1, survey.Questions[q].ChoiceCount - 1));
+                const ChoiceRec& choice = survey.Choices(answer, q);
+                if (std::find(answers.begin(), answers.end(), answer) != answers.end()) continue;
+                if (choice.Has(kExclusive) && !essays.empty()) continue;
+                answers.insert(answers.end() - 1, answer);
+                essays.push_back(choice.Has(kNumber)  ? QString::number(Pick(random, -50, 1000))
+                                 : choice.Has(kEssay) ? RandomText(random)
+                                                      : QString());
+                if (choice.Has(kExclusive)) break;
+            }
+            SetAnswersEssay(survey, dno, q, static_cast<qint16>(essays.size()), answers.data(), essays.data());
+        }
+    }
 }
 
 std::array<LimitLine, 16> MakeRandomColumn(Random& random, const Survey& survey, int lines) {

@@ -17,6 +17,11 @@ int Pick(Random& random, int low, int high);
 // IDs ascend.
 Survey MakeRandomSurvey(Random& random, int questions, qint32 samples);
 
+// Makes of it a survey whose samples could have been typed: symbols of every kind, status bits, several questions
+// to a line, only answers that its checks leave alone, texts where they may stand. With `within`, lines end within
+// questions too; then an empty one doesn't count where it is typed, and not every sheet is read back.
+void MakeTypable(Random& random, Survey& survey, bool within = false);
+
 // Up to `lines` condition lines, most of them sensible, some absurd: every kind, ranks, ranges, absent questions;
 // sometimes a mask. Line 0 is the header.
 std::array<LimitLine, 16> MakeRandomColumn(Random& random, const Survey& survey, int lines);

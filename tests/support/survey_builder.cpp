@@ -40,6 +40,17 @@ void SurveyBuilder::PreLimit(int slot, std::initializer_list<LimitLine> lines) {
     std::copy(lines.begin(), lines.end(), survey_.PreLimit.Column(slot).begin() + 1);
 }
 
+void SurveyBuilder::Lines(std::initializer_list<std::pair<int, int>> starts) {
+    int line = 0;
+    int q = 0;
+    for (const auto& [question, answer] : starts) {
+        survey_.LineStart[line++] = PackPosition(question, answer);
+        q = question;
+    }
+    for (; line < kLineStartEntries; ++line)
+        survey_.LineStart[line] = PackPosition(std::min(++q, kMaxQuestions - 1), 0);
+}
+
 void SurveyBuilder::Sample(const std::vector<std::vector<GivenAnswer>>& answers) {
     Get();
     const qint32 dno = survey_.SampleCount();
