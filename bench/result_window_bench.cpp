@@ -6,6 +6,7 @@
 #include "message_loop_probe.h"
 #include "session/survey_session.h"
 #include "silent_interface.h"
+#include "support/windows/scripted_desk.h"
 #include "synthetic_survey.h"
 #include "tabulation/windows/frm_grid_base.h"
 #include "tabulation/windows/sheet_host.h"
@@ -35,15 +36,16 @@ void MeasureTotal() {
     Asked ui;
     SurveySession session(ui, QString());
     session.survey = MakeSyntheticSurvey(kMillion);
-    ResultWindows windows(session, session.settings);
+    ScriptedDesk desk;
+    ResultWindows windows(session, desk);
     windows.option = AllQuestions(session.survey, kColumns);
     FrmGridBase& window = windows.New();
-    window.SheetCommand(u"Do Total"_s);
+    window.DoTotal();
 
     std::vector<double> alone, whole, ratios, gaps;
     const auto total = [&] {
         MessageLoopProbe probe;
-        whole.push_back(Milliseconds([&] { window.SheetCommand(u"Do Total"_s); }));
+        whole.push_back(Milliseconds([&] { window.DoTotal(); }));
         QApplication::processEvents();  // the result is drawn
         gaps.push_back(probe.LongestGapMilliseconds());
     };
@@ -61,7 +63,7 @@ void MeasureTotal() {
     std::vector<double> waits;
     for (int run = 0; run < kRuns; ++run) {
         const auto delay = std::chrono::milliseconds(static_cast<int>(whole.front()) * run / (2 * kRuns));
-        const double wait = ui.WaitForQuestion(cancel, delay, [&] { window.SheetCommand(u"Do Total"_s); });
+        const double wait = ui.WaitForQuestion(cancel, delay, [&] { window.DoTotal(); });
         if (wait >= 0) waits.push_back(wait);
     }
     std::printf("%zu of %d clicks in time\n", waits.size(), kRuns);

@@ -63,8 +63,8 @@ void OrderButtonRow(const QWidget* window) {
 // Made once a window and owned by it; its presence is what makes the window one of the program's.
 class FormManner : public QObject {
   public:
-    FormManner(QWidget* window, UserInterface& ui, int helpTopic)
-        : QObject(window), made_(++lastMade), ui_(ui), helpTopic_(helpTopic) {
+    FormManner(QWidget* window, UserInterface& ui, int helpTopic, FormKind kind)
+        : QObject(window), made_(++lastMade), ui_(ui), helpTopic_(helpTopic), kind_(kind) {
         window->installEventFilter(this);
         for (QAbstractButton* button : window->findChildren<QAbstractButton*>())
             button->installEventFilter(this);
@@ -75,6 +75,7 @@ class FormManner : public QObject {
     }
 
     quint64 Made() const { return made_; }
+    FormKind Kind() const { return kind_; }
 
     bool eventFilter(QObject* object, QEvent* event) override {
         if (object != parent()) return FiltersControl(static_cast<const QWidget*>(object), event);
@@ -82,6 +83,11 @@ class FormManner : public QObject {
         // A key that no control and no shortcut of the window wanted comes here.
         if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->matches(QKeySequence::HelpContents)) {
             ui_.HelpContext(helpTopic_);
+            return true;
+        }
+        // While something long runs the window is disabled, which does not keep the desktop from asking it to close.
+        if (event->type() == QEvent::Close && !window->isEnabled()) {
+            event->ignore();
             return true;
         }
         // Styles hide the frame of the focus until the first Tab; where the keys go is to be seen from the start.
@@ -116,6 +122,7 @@ class FormManner : public QObject {
     const quint64 made_;
     UserInterface& ui_;
     const int helpTopic_;
+    const FormKind kind_;
 };
 
 FormManner* MannerOf(const QWidget* window) {
@@ -134,8 +141,8 @@ QList<QWidget*> LoadedForms() {
 
 }  // namespace
 
-void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic) {
-    new FormManner(window, ui, helpTopic);
+void SetUpForm(QWidget* window, UserInterface& ui, int helpTopic, FormKind kind) {
+    new FormManner(window, ui, helpTopic, kind);
     TakeIconsOffButtons(window);
     OrderButtonRow(window);
     GiveButtonsOneWidth(window);
@@ -146,6 +153,11 @@ QList<QWidget*> OpenForms() {
     QList<QWidget*> forms = LoadedForms();
     forms.removeIf([](const QWidget* window) { return !window->isVisible(); });
     return forms;
+}
+
+bool IsAside(const QWidget* window) {
+    const FormManner* manner = MannerOf(window);
+    return manner && manner->Kind() == FormKind::Aside;
 }
 
 void FormPause::Begin(const QWidget* except) {
@@ -166,13 +178,13 @@ void FormPause::End() {
     paused_.clear();
 }
 
-void WindowsCloseAll(const QStringList& except) {
+void WindowsCloseAll(const QWidget* except) {
     QList<QPointer<QWidget>> forms;
     for (QWidget* window : LoadedForms())
-        forms += window;
+        if (window != except && MannerOf(window)->Kind() != FormKind::Lasting) forms += window;
     // Closing one may take another with it.
     for (const QPointer<QWidget>& window : forms)
-        if (window && !except.contains(window->objectName())) window->close();
+        if (window) window->close();
 }
 
 void WinCenter(QWidget* window) {

@@ -14,7 +14,7 @@ namespace quibra {
 FrmHelp::FrmHelp(UserInterface& ui, QWidget* parent)
     : QWidget(parent, Qt::Window), controls_(std::make_unique<Ui::FrmHelp>()) {
     controls_->setupUi(this);
-    SetUpForm(this, ui, kHelpContents);
+    SetUpForm(this, ui, kHelpContents, FormKind::Aside);
     controls_->splitter->setStretchFactor(0, 1);
     controls_->splitter->setStretchFactor(1, 3);
     controls_->txtPage->document()->setDocumentMargin(12);

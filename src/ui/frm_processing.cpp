@@ -22,7 +22,7 @@ constexpr int kMillisecondsUnseen = 300;
 FrmProcessing::FrmProcessing(UserInterface& ui, std::function<bool()> confirmStop)
     : controls_(std::make_unique<Ui::FrmProcessing>()), confirmStop_(std::move(confirmStop)) {
     controls_->setupUi(this);
-    SetUpForm(this, ui, kHelpProgress);
+    SetUpForm(this, ui, kHelpProgress, FormKind::Lasting);
     // Nothing waits in here, but the window must stay usable over a modal dialog whose work it shows.
     setWindowModality(Qt::ApplicationModal);
     controls_->cmdStop->installEventFilter(this);

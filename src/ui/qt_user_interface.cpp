@@ -15,7 +15,6 @@
 #include "core/numbers.h"
 #include "ui/frm_ask.h"
 #include "ui/frm_dir_box.h"
-#include "ui/frm_help.h"
 #include "ui/frm_input.h"
 #include "ui/frm_processing.h"
 #include "ui/frm_q_box.h"
@@ -30,21 +29,17 @@ namespace {
 // Loops report far more often than anyone can see or press.
 constexpr qint64 kMillisecondsBetweenEvents = 30;
 
-bool IsHelp(const QWidget* window) {
-    return dynamic_cast<const FrmHelp*>(window);
-}
-
 // The window that a question belongs to. Not one that is closed and about to be deleted, and never the help, which is
 // made anew where a dialog needs it: the question would go with them.
 QWidget* Asker() {
     static QPointer<QWidget> last;
     if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    if (QWidget* active = QApplication::activeWindow(); active && active->isVisible() && !IsHelp(active))
+    if (QWidget* active = QApplication::activeWindow(); active && active->isVisible() && !IsAside(active))
         return last = active;
     // Just behind a dialog no window is active, and the next question is of the window that asked before.
     if (last && last->isVisible()) return last;
     QList<QWidget*> forms = OpenForms();
-    forms.removeIf(IsHelp);
+    forms.removeIf(IsAside);
     return forms.isEmpty() ? nullptr : forms.constLast();
 }
 

@@ -24,6 +24,7 @@
 #include "session/windows/frm_other.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/windows/scripted_desk.h"
 #include "support/windows/when_asked.h"
 #include "tabulation/windows/frm_total.h"
 #include "ui/font_dialog.h"
@@ -108,7 +109,8 @@ class EveryWindow : public testing::TestWithParam<int> {
     QTemporaryDir folder;
     ScriptedInterface user;
     SurveySession session{user, folder.path()};
-    ResultWindows results{session, session.settings};
+    ScriptedDesk desk;
+    ResultWindows results{session, desk};
     const QFont usual = QApplication::font();
 
     void SetUp() override {
@@ -196,7 +198,7 @@ TEST_P(EveryWindow, OverASurveyServesEveryone) {
     CheckNew<FrmLimit>(session);
     CheckNew<FrmLimit>(session, LimitList(), qint16{0});
     for (const int kind : {1, 2}) {
-        FrmTotal total(session, session.settings, results);
+        FrmTotal total(session, results, desk);
         total.SetWindow(kind);
         Check(total);
         total.DoTotal(kind);

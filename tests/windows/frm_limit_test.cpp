@@ -16,6 +16,7 @@
 #include "session/survey_file.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/windows/scripted_desk.h"
 #include "ui/accessibility.h"
 
 using namespace Qt::StringLiterals;
@@ -106,7 +107,7 @@ class FrmLimitTest : public testing::Test {
             acted = true;
             if (window->isVisible()) static_cast<QDialog*>(window)->done(QDialog::Rejected);
         });
-        EditLimit(session, nullptr, list, mode);
+        EditLimit(session, desk, nullptr, list, mode);
         EXPECT_TRUE(acted);
     }
 
@@ -121,6 +122,7 @@ class FrmLimitTest : public testing::Test {
     }
 
     ScriptedInterface ui;
+    ScriptedDesk desk;
     SurveySession session;
 
   private:
@@ -213,28 +215,35 @@ TEST_F(FrmLimitTest, APredefinedConditionIsMadeByMouseAlone) {
     EXPECT_TRUE(session.IsChanged());
 }
 
-TEST_F(FrmLimitTest, TheCloseBoxKeepsLinesButLeavesWhatSamplesRemember) {
+TEST_F(FrmLimitTest, EveryWayOutKeepsTheLinesAndBringsTheSamplesUpToDate) {
+    const std::function<void(FrmLimit&)> ways[] = {
+        [](FrmLimit& window) { window.close(); }, [](FrmLimit& window) { Type(&window, {Qt::Key_Escape}); },
+        [](FrmLimit& window) { Press(&window, u"cmdClose"_s); }, [](FrmLimit& window) { window.GiveWay(); }};
+    int k = 0;
+    for (const auto& leave : ways) {
+        FrmLimit window(session);
+        Open(window);
+        ClickRow(&window, u"lstPreEdit"_s, k);
+        Press(&window, u"cmdClear"_s);
+        Press(&window, u"cmdWrite_3"_s);
+        std::fill_n(session.survey.Samples.Flags(), session.survey.SampleCount(), qint16{0});
+        EXPECT_GT(Stale(k), 0);
+        leave(window);
+        EXPECT_FALSE(window.isVisible());
+        EXPECT_EQ(session.survey.PreLimit(1, k).a, 3);
+        EXPECT_EQ(Stale(k), 0);
+        EXPECT_TRUE(session.IsChanged());
+        ++k;
+    }
+    // One that has changed nothing leaves the survey as it was when it only makes room.
+    session.ChangedOff();
     FrmLimit window(session);
     Open(window);
-    Press(&window, u"cmdClear"_s);
-    window.close();
-    EXPECT_FALSE(window.isVisible());
-    EXPECT_EQ(session.survey.PreLimit(1, 0).a, 0);
-    EXPECT_GT(Stale(0), 0);
-    EXPECT_TRUE(ui.transcript.isEmpty());
-    // Who closes it for another use of the conditions has them right.
-    FrmLimit again(session);
-    Open(again);
-    Press(&again, u"cmdClear"_s);
-    CloseSlotEditor();
-    EXPECT_FALSE(again.isVisible());
-    EXPECT_EQ(Stale(0), 0);
-    EXPECT_TRUE(session.IsChanged());
+    window.GiveWay();
+    EXPECT_FALSE(window.isVisible() || session.IsChanged());
 }
 
 TEST_F(FrmLimitTest, APickedConditionReachesItsCallerOnlyByOk) {
-    FrmLimit editor(session);
-    Open(editor);
     LimitList list;
     list[0].b = 1 << 2;
     Edit(list, kPickPreLimits, [this](QWidget* window) {
@@ -252,7 +261,7 @@ TEST_F(FrmLimitTest, APickedConditionReachesItsCallerOnlyByOk) {
         EXPECT_EQ(Usable<QPushButton>(window, u"cmdClose"_s)->text(), u"ＯＫ"_s);
         Press(window, u"cmdClose"_s);
     });
-    EXPECT_FALSE(editor.isVisible()) << "there is one condition editor at a time";
+    EXPECT_EQ(desk.asked, QStringList{u"close slots"_s}) << "there is one condition editor at a time";
     EXPECT_EQ(list[0].b, static_cast<qint16>(0x8000));
     EXPECT_EQ(list.LineCount(), 1);
     EXPECT_EQ(list[1], (LimitLine{3, PackPosition(kSex, 1)}));

@@ -26,6 +26,7 @@
 #include "session/survey_session.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/windows/scripted_desk.h"
 #include "support/windows/when_asked.h"
 
 using namespace Qt::StringLiterals;
@@ -54,7 +55,7 @@ class FrmTotalTest : public testing::Test {
         QString path = QStringLiteral(QUIBRA_SOURCE_DIR "/tests/data/gss.qb");
         ASSERT_EQ(SurveyLoad(session, path, kExpectSurvey), kLoaded);
         ui.TakeTranscript();
-        form = new FrmTotal(session, settings, windows);
+        form = new FrmTotal(session, windows, desk);
         form->show();
         ASSERT_TRUE(QTest::qWaitForWindowActive(form));
     }
@@ -135,8 +136,9 @@ class FrmTotalTest : public testing::Test {
 
     ScriptedInterface ui;
     SurveySession session{ui, QString()};
-    Settings settings = SettingsDefault();
-    ResultWindows windows{session, settings};
+    Settings& settings = session.settings;
+    ScriptedDesk desk;
+    ResultWindows windows{session, desk};
     QPointer<FrmTotal> form;
     int editorsSeen = 0;
 };
@@ -405,7 +407,7 @@ TEST_F(FrmTotalTest, ErrorsAreShownAndTheWindowGoesOn) {
     EXPECT_GT(settings.WinPos[kPosTotal].Width, 0);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_FALSE(form) << "a closed window is gone";
-    windows.New().SheetCommand(u"Do Total"_s);
+    windows.New().DoTotal();
 }
 
 TEST_F(FrmTotalTest, RoughTotalsAreForManySamples) {
@@ -416,7 +418,7 @@ TEST_F(FrmTotalTest, RoughTotalsAreForManySamples) {
     while (session.survey.SampleCount() >= 200)
         session.survey.Samples.Erase(session.survey.SampleCount() - 1);
     delete form;
-    form = new FrmTotal(session, settings, windows);
+    form = new FrmTotal(session, windows, desk);
     EXPECT_FALSE(form->findChild<QCheckBox*>(u"chkRough"_s)->isEnabled());
 }
 

@@ -6,15 +6,10 @@
 #include <QScreen>
 #include <QTimer>
 
-#include "apps/quibra/frm_title.h"
-#include "conditions/windows/edit_limit.h"
-#include "conditions/windows/frm_limit.h"
-#include "core/attempt.h"
+#include "apps/quibra/window_table.h"
 #include "core/help_topics.h"
 #include "session/main_commands.h"
 #include "session/survey_file.h"
-#include "session/windows/frm_key.h"
-#include "tabulation/windows/frm_total.h"
 #include "ui/form.h"
 #include "ui/theme.h"
 #include "ui/window_place.h"
@@ -35,9 +30,9 @@ QString FileOf(const QMimeData* data) {
 }  // namespace
 
 FrmMain::FrmMain(SurveySession& session, QWidget* parent)
-    : QWidget(parent), session_(session), ui_(std::make_unique<Ui::FrmMain>()), results_(session, session.settings) {
+    : QWidget(parent), session_(session), ui_(std::make_unique<Ui::FrmMain>()), desk_(session, *this) {
     ui_->setupUi(this);
-    SetUpForm(this, session_.ui, kHelpMain);
+    SetUpForm(this, session_.ui, kHelpMain, FormKind::Lasting);
     for (QAction* separator :
          {ui_->mnuSpace0, ui_->mnuFileMRUSpace, ui_->mnuSpaceTotal, ui_->mnuSpaceHelp, ui_->mnuSpaceAbout})
         separator->setSeparator(true);
@@ -65,10 +60,7 @@ FrmMain::FrmMain(SurveySession& session, QWidget* parent)
     WinPosRestore(session_.settings, kPosMain, this);
 }
 
-FrmMain::~FrmMain() {
-    // It listens to the result windows, which go before the base class takes its children.
-    delete total_;
-}
+FrmMain::~FrmMain() = default;
 
 void FrmMain::Connect() {
     // Menus open with the press: a key typed behind Alt and the letter is already theirs.
@@ -88,18 +80,13 @@ void FrmMain::Connect() {
         connect(recent_[i], &QAction::triggered, this, [this, i] { mnuFileMRU_Click(i); });
     connect(ui_->mnuQuit, &QAction::triggered, this, &FrmMain::close);
     connect(ui_->mnuSetSaveInterval, &QAction::triggered, this, &FrmMain::mnuSetSaveInterval_Click);
-    connect(ui_->mnuSetLimit, &QAction::triggered, this, &FrmMain::mnuSetLimit_Click);
-    connect(ui_->mnuStatis, &QAction::triggered, this, &FrmMain::mnuStatis_Click);
     connect(ui_->mnuInfoFormReset, &QAction::triggered, this, &FrmMain::mnuInfoFormReset_Click);
-    connect(ui_->mnuKey, &QAction::triggered, this, &FrmMain::mnuKey_Click);
     connect(ui_->mnuHelpContent, &QAction::triggered, this, &FrmMain::HelpIndexAsked);
     connect(ui_->mnuHeplKeyword, &QAction::triggered, this, &FrmMain::HelpSearchAsked);
-    connect(ui_->mnuAboutQB, &QAction::triggered, this, &FrmMain::mnuAboutQB_Click);
-    for (const QAction* absent :
-         {ui_->mnuNewfile, ui_->mnuMergeQB, ui_->mnuMergeTXT, ui_->mnuMergeCSV, ui_->mnuMergeHTML, ui_->mnuSaveSelect,
-          ui_->mnuHTMLOut, ui_->mnuSetQuestion, ui_->mnuQuestions, ui_->mnuAbout, ui_->mnuInput, ui_->mnuSetParagraph,
-          ui_->mnuSetQuota, ui_->mnuSetCollection})
-        connect(absent, &QAction::triggered, this, &FrmMain::TellAbsent);
+    for (const WindowRow& row : WindowTable()) {
+        const auto open = row.open ? row.open : &ProgramDesk::TellAbsent;
+        connect(findChild<QAction*>(row.command), &QAction::triggered, this, [this, open] { (desk_.*open)(); });
+    }
     connect(&session_, &SurveySession::StateChanged, this, &FrmMain::RefreshAll);
 }
 
@@ -152,38 +139,8 @@ void FrmMain::mnuSetSaveInterval_Click() {
     EditSaveInterval(session_);
 }
 
-void FrmMain::mnuSetLimit_Click() {
-    CloseSlotEditor();
-    CloseOthers();
-    // A question whose condition leads back to it has no depth, which its list shows.
-    Attempt(session_.ui, [this] {
-        auto* window = new FrmLimit(session_, this);
-        window->setAttribute(Qt::WA_DeleteOnClose);
-        window->show();
-    });
-}
-
-void FrmMain::mnuStatis_Click() {
-    if (!total_) total_ = new FrmTotal(session_, session_.settings, results_, this);
-    total_->show();
-    total_->SetWindow(1);
-    total_->activateWindow();
-}
-
 void FrmMain::mnuInfoFormReset_Click() {
     ResetSettings(session_);
-}
-
-void FrmMain::mnuKey_Click() {
-    FrmKey(session_, this).exec();
-}
-
-void FrmMain::mnuAboutQB_Click() {
-    FrmTitle(session_.ui, TitleUse::About, this).exec();
-}
-
-void FrmMain::TellAbsent() {
-    session_.ui.Message(u"この画面はまだありません。"_s, kInformation);
 }
 
 void FrmMain::SurveyOpen(const QString& path, int mode) {
@@ -195,16 +152,8 @@ void FrmMain::Command(const QString& command) {
 }
 
 void FrmMain::Show(const OpenOutcome& outcome) {
-    if (outcome.replaced) CloseOthers();
-    if (!outcome.page.isEmpty()) PageOpen(outcome.page);
-}
-
-void FrmMain::PageOpen(const QString&) {
-    TellAbsent();
-}
-
-void FrmMain::CloseOthers() {
-    WindowsCloseAll({u"frmMain"_s, u"frmKey"_s, u"frmProcessing"_s, u"frmOther"_s});
+    if (outcome.replaced) desk_.CloseAll();
+    if (!outcome.page.isEmpty()) desk_.PageOpen(outcome.page);
 }
 
 void FrmMain::PopUp(QMenu* menu, QToolButton* button) {
@@ -275,11 +224,6 @@ void FrmMain::RefreshFileName() {
 }
 
 void FrmMain::closeEvent(QCloseEvent* event) {
-    // While something long runs the window is disabled, which does not keep the desktop from asking it to close.
-    if (!isEnabled()) {
-        event->ignore();
-        return;
-    }
     WinPosSave(session_.settings, kPosMain, this);
     if (!AskToSaveChanges(session_)) {
         event->ignore();

@@ -1,14 +1,13 @@
 // The main window: what is open, and the commands. Its menus pop up from three buttons. The session must outlive it.
 #pragma once
 
-#include <QPointer>
 #include <QWidget>
 #include <array>
 #include <memory>
 #include <vector>
 
+#include "apps/quibra/program_desk.h"
 #include "session/lock.h"
-#include "tabulation/windows/sheet_host.h"
 
 class QAction;
 class QMenu;
@@ -20,7 +19,6 @@ class FrmMain;
 
 namespace quibra {
 
-class FrmTotal;
 class SurveySession;
 struct OpenOutcome;
 
@@ -68,17 +66,9 @@ class FrmMain : public QWidget {
     void mnuLoadResult_Click();
     void mnuFileMRU_Click(size_t index);
     void mnuSetSaveInterval_Click();
-    void mnuSetLimit_Click();
-    void mnuStatis_Click();
     void mnuInfoFormReset_Click();
-    void mnuKey_Click();
-    void mnuAboutQB_Click();
-    // The commands whose windows do not exist.
-    void TellAbsent();
 
     void Show(const OpenOutcome& outcome);
-    void PageOpen(const QString& path);
-    void CloseOthers();
     void PopUp(QMenu* menu, QToolButton* button);
     bool IsWaiting() const;
     void Connect();
@@ -89,8 +79,7 @@ class FrmMain : public QWidget {
 
     SurveySession& session_;
     std::unique_ptr<Ui::FrmMain> ui_;
-    ResultWindows results_;
-    QPointer<FrmTotal> total_;
+    ProgramDesk desk_;
     std::vector<GovernedAction> governed_;
     std::array<QAction*, 4> recent_{};
 };

@@ -7,11 +7,10 @@ class QWidget;
 
 namespace quibra {
 
+class Desk;
+
 // Lets the user edit lines 0 to 15 of `list` in a modal window over `parent`; `mode` is one of limit_editor.h. False,
 // and the list stays as it was, when the user leaves without OK. An open slot editor is closed first.
-bool EditLimit(SurveySession& session, QWidget* parent, LimitList& list, qint16 mode);
-
-// Closes an open slot editor, so that nothing uses conditions that samples remember as they were before it.
-void CloseSlotEditor();
+bool EditLimit(SurveySession& session, Desk& desk, QWidget* parent, LimitList& list, qint16 mode);
 
 }  // namespace quibra

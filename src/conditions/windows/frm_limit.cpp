@@ -128,36 +128,41 @@ void FrmLimit::lstPreEdit_Click(int row) {
 }
 
 void FrmLimit::cmdClose_Click() {
-    editor_.Close([this](const QString& done) {
-        ui_->cmdClose->setText(done);
-        ui_->cmdClose->repaint();
-    });
+    if (!editor_.IsPicker()) {
+        close();
+        return;
+    }
+    editor_.Close({});
     accept();
 }
 
 // Escape, and of a picker the close box.
 void FrmLimit::reject() {
     if (!editor_.IsPicker())
-        cmdClose_Click();
+        close();
     else if (editor_.MayDiscard())
         QDialog::reject();
 }
 
 void FrmLimit::GiveWay() {
-    bool outdated = false;
-    for (int k = 0; k < kPreLimitSlots; ++k)
-        outdated |= editor_.PreChanged(k);
-    if (outdated)
-        cmdClose_Click();
-    else
-        close();
+    givesWay_ = true;
+    close();
 }
 
 void FrmLimit::closeEvent(QCloseEvent* event) {
-    if (editor_.IsPicker())
+    if (editor_.IsPicker()) {
         QDialog::closeEvent(event);
-    else
-        event->accept();
+        return;
+    }
+    bool changed = false;
+    for (int k = 0; k < kPreLimitSlots; ++k)
+        changed |= editor_.PreChanged(k);
+    if (changed || !givesWay_)
+        editor_.Close([this](const QString& done) {
+            ui_->cmdClose->setText(done);
+            ui_->cmdClose->repaint();
+        });
+    event->accept();
 }
 
 // Enter writes a required line while one is being chosen, and closes the window from elsewhere.

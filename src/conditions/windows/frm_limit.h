@@ -19,8 +19,8 @@ class FrmLimit : public QDialog {
     Q_OBJECT
 
   public:
-    // The editor of predefined conditions, shown modelessly. Its close box leaves what the samples remember of these
-    // conditions as it was; cmdClose and Escape bring it up to date.
+    // The editor of predefined conditions, shown modelessly. Closing it, by whatever way, brings what the samples
+    // remember of these conditions up to date.
     explicit FrmLimit(SurveySession& session, QWidget* parent = nullptr);
     // A picker for `list`, run with exec(): when that gives Accepted, Picked() is the new list.
     FrmLimit(SurveySession& session, const LimitList& list, qint16 mode, QWidget* parent = nullptr);
@@ -29,7 +29,8 @@ class FrmLimit : public QDialog {
     const LimitList& Picked() const { return editor_.LimitPass(); }
 
     void reject() override;
-    // Closes the editor in favour of another use of the conditions: by its button, when samples remember outdated ones.
+    // Closes the editor of predefined conditions in favour of another use of them; the survey counts as changed only
+    // when they have been.
     void GiveWay();
 
   protected:
@@ -58,6 +59,7 @@ class FrmLimit : public QDialog {
 
     SurveySession& session_;
     LimitEditor editor_;
+    bool givesWay_ = false;
     std::unique_ptr<Ui::FrmLimit> ui_;
     LimitRowDelegate* lineRows_;
     int shownQuestion_ = -1;  // whose choices fill lstCno

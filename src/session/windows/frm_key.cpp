@@ -16,7 +16,7 @@ namespace quibra {
 FrmKey::FrmKey(SurveySession& session, QWidget* parent)
     : QDialog(parent), session_(session), controls_(std::make_unique<Ui::FrmKey>()), levels_(new QButtonGroup(this)) {
     controls_->setupUi(this);
-    SetUpForm(this, session.ui, kHelpLock);
+    SetUpForm(this, session.ui, kHelpLock, FormKind::Lasting);
     controls_->Word->SetRefusal(session.ui, u"パスワードはすべて半角英６文字です"_s);
     controls_->NewWord->SetRefusal(session.ui, u"パスワードはすべて半角英文字です"_s);
     levels_->addButton(controls_->LV_0, 0);

@@ -11,7 +11,7 @@ namespace quibra {
 
 FrmOther::FrmOther(UserInterface& ui, QWidget* parent) : QDialog(parent), controls_(std::make_unique<Ui::FrmOther>()) {
     controls_->setupUi(this);
-    SetUpForm(this, ui, kHelpLock);
+    SetUpForm(this, ui, kHelpLock, FormKind::Lasting);
     controls_->Text->SetRefusal(ui, u"助言を参照せよ"_s);
     connect(controls_->Text, &PasswordBox::EnterPressed, controls_->OK, &QPushButton::click);
     connect(controls_->OK, &QPushButton::clicked, this, &QDialog::accept);

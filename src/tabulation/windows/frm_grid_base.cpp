@@ -15,12 +15,12 @@
 #include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/numbers.h"
-#include "core/settings.h"
 #include "session/survey_session.h"
 #include "tabulation/html_result.h"
 #include "tabulation/text_result.h"
 #include "tabulation/windows/result_grid_model.h"
 #include "tabulation/windows/sheet_host.h"
+#include "ui/desk.h"
 #include "ui/font_dialog.h"
 #include "ui/window_place.h"
 #include "ui_frm_grid_base.h"
@@ -55,12 +55,12 @@ double PointsOf(const QWidget* widget) {
 
 }  // namespace
 
-FrmGridBase::FrmGridBase(SurveySession& session, Settings& settings, ResultWindows& windows)
+FrmGridBase::FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& desk)
     : ui_(std::make_unique<Ui::frmGridBase>()),
       session_(session),
-      settings_(settings),
       windows_(windows),
-      sheet_(session.survey, session.ui, *this, settings.GridWidth),
+      desk_(desk),
+      sheet_(session.survey, session.ui, *this, session.settings.GridWidth),
       model_(new ResultGridModel(session.survey, sheet_, this)) {
     ui_->setupUi(this);
     // Hidden during a total; nothing else moves meanwhile.
@@ -68,20 +68,22 @@ FrmGridBase::FrmGridBase(SurveySession& session, Settings& settings, ResultWindo
     policy.setRetainSizeWhenHidden(true);
     ui_->txtGrid->setSizePolicy(policy);
     ui_->cmdCancel->raise();
+    const Settings& settings = session.settings;
     if (!settings.FontSet[kFontGridBase].FontName.isEmpty()) FontApply(settings, kFontGridBase, ui_->Grid);
     sheet_.FontScale = static_cast<float>(PointsOf(ui_->Grid) / kFontOfScaleOne);
     ui_->Grid->setModel(model_);
     SetKindMenus(false);
     SetUpForm(this, session.ui, kHelpResult);
 
-    for (QAction* later : {ui_->mnuPageLoad, ui_->mnuPageSave, ui_->mnuSearch, ui_->mnuOutput, ui_->mnuGraphOrder_4,
-                           ui_->mnuGoEssay, ui_->mnuEssayTotal, ui_->mnuSearchLetter, ui_->mnuSearchNumber})
+    for (QAction* later : {ui_->mnuPageLoad, ui_->mnuPageSave, ui_->mnuOutput, ui_->mnuGraphOrder_4, ui_->mnuGoEssay,
+                           ui_->mnuEssayTotal, ui_->mnuSearchLetter, ui_->mnuSearchNumber})
         connect(later, &QAction::triggered, this, &FrmGridBase::ComesLater);
     for (QAction* later : {ui_->mnuGraphOrder_0, ui_->mnuGraphOrder_1, ui_->mnuGraphOrder_2, ui_->mnuGraphOrder_3})
         connect(later, &QAction::triggered, this, [this, later](bool checked) {
             later->setChecked(!checked);
             ComesLater();
         });
+    connect(ui_->mnuSearch, &QAction::triggered, this, [this] { desk_.ShowBatchAdd(sheet_.result.Places()); });
     connect(ui_->mnuRefQno, &QAction::triggered, this, &FrmGridBase::mnuRefQno_Click);
     connect(ui_->mnuQuit, &QAction::triggered, this, &FrmGridBase::close);
     connect(ui_->mnuCopy, &QAction::triggered, this, &FrmGridBase::mnuCopy_Click);
@@ -116,15 +118,6 @@ FrmGridBase::~FrmGridBase() {
     delete ui_->Grid;
 }
 
-void FrmGridBase::SheetCommand(const QString& command) {
-    if (command == u"Do Total"_s)
-        DoTotal();
-    else if (command == u"Resend GraphData"_s || command == u"Save Page"_s)
-        ComesLater();
-    else
-        session_.ui.Message(u"命令ミス : "_s + command, kOkOnly);
-}
-
 void FrmGridBase::SetActivationCounts(bool on) {
     ui_->txtGrid->setEnabled(on);
 }
@@ -142,7 +135,7 @@ void FrmGridBase::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    if (isVisible()) WinPosSave(settings_, kPosGridBase, this);
+    if (isVisible()) WinPosSave(session_.settings, kPosGridBase, this);
     windows_.Closed(*this);
     event->accept();
 }
@@ -217,7 +210,7 @@ void FrmGridBase::mnuFontChange_Click() {
     palette.setColor(QPalette::Base, palette.color(QPalette::Base));  // a chosen colour keeps the ground it was seen on
     ui_->Grid->setPalette(palette);
     ui_->Grid->setFont(font);
-    FontStore(settings_, kFontGridBase, ui_->Grid);
+    FontStore(session_.settings, kFontGridBase, ui_->Grid);
 }
 
 void FrmGridBase::cmdNext_Click() {
@@ -232,7 +225,7 @@ void FrmGridBase::cmdNext_Click() {
         const double from = LeadingNumber(text);
         if (from > last) return;
         sheet_.result.FromDno = RoundToInt32(from);
-        SheetCommand(u"Do Total"_s);
+        DoTotal();
     });
 }
 
@@ -253,7 +246,7 @@ void FrmGridBase::Started() {
     done_ = of_ = 0;
     ui_->lblInfo2->setText(u"集計中"_s);
     ui_->lblInfo->clear();
-    SetBusy(false);
+    SetIdle(false);
     ui_->cmdCancel->show();
     ui_->cmdCancel->setEnabled(true);
     ui_->cmdCancel->setFocus();
@@ -329,7 +322,7 @@ void FrmGridBase::Finished() {
     model_->SyncAll();
     ui_->Grid->RefreshSizes(true);
     ui_->Grid->setUpdatesEnabled(true);
-    SetBusy(true);
+    SetIdle(true);
     ui_->Grid->Select({0, ResultGrid::kFixedRows, 0, ResultGrid::kFixedRows});
     ui_->Grid->setFocus();
 }
@@ -356,7 +349,7 @@ void FrmGridBase::RunTotal() {
 void FrmGridBase::TotalAgain() {
     if (!ui_->mnuFile->isEnabled()) return;
     sheet_.result.FromDno = shownFromDno_;
-    SheetCommand(u"Do Total"_s);
+    DoTotal();
 }
 
 void FrmGridBase::SetKindMenus(bool essayList) {
@@ -371,8 +364,8 @@ void FrmGridBase::SetKindMenus(bool essayList) {
     ui_->lblFromDno->setVisible(false);
 }
 
-// `idle` is false while a total runs.
-void FrmGridBase::SetBusy(bool idle) {
+// The window is idle but while a total runs.
+void FrmGridBase::SetIdle(bool idle) {
     if (idle)
         pause_.End();
     else

@@ -15,24 +15,23 @@ class frmGridBase;
 
 namespace quibra {
 
+class Desk;
 class ResultGridModel;
 class ResultWindows;
 class SurveySession;
-struct Settings;
 
 class FrmGridBase : public QMainWindow, private TotalMonitor {
     Q_OBJECT
   public:
     // All must outlive the window.
-    FrmGridBase(SurveySession& session, Settings& settings, ResultWindows& windows);
+    FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& desk);
     ~FrmGridBase() override;
 
-    // What other windows ask of this one. "Do Total" shows the window and totals by the current options
-    // (ResultWindows::option), and returns when that is done; anything unknown is a message.
-    void SheetCommand(const QString& command);
+    // Shows the window and totals by the current options (ResultWindows::option); returns when that is done.
+    void DoTotal();
 
-    // While this is off the window can come to the front without handing its options back. Whoever sends "Do Total" to
-    // a window that is not shown yet turns it off for the time.
+    // While this is off the window can come to the front without handing its options back. Whoever lets a window total
+    // that is not shown yet turns it off for the time.
     void SetActivationCounts(bool on);
 
     const TotalSheet& Sheet() const { return sheet_; }
@@ -60,19 +59,18 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     bool Cancelled() const override;
     void Finished() override;
 
-    void DoTotal();
     void RunTotal();
     void TotalAgain();
     void SetKindMenus(bool essayList);
-    void SetBusy(bool idle);
+    void SetIdle(bool idle);
     void WaitUntilDrawn();
     void RefreshProgress();
     void ComesLater();
 
     std::unique_ptr<Ui::frmGridBase> ui_;
     SurveySession& session_;
-    Settings& settings_;
     ResultWindows& windows_;
+    Desk& desk_;
     TotalSheet sheet_;
     ResultGridModel* model_;
     FormPause pause_;

@@ -14,7 +14,6 @@
 #include "core/attempt.h"
 #include "core/help_topics.h"
 #include "core/labels.h"
-#include "core/settings.h"
 #include "session/survey_session.h"
 #include "ui/form.h"
 #include "ui/window_place.h"
@@ -52,14 +51,14 @@ void SetRows(QComboBox* box, const QStringList& rows, int selected) {
 
 }  // namespace
 
-FrmTotal::FrmTotal(SurveySession& session, Settings& settings, ResultWindows& windows, QWidget* parent)
+FrmTotal::FrmTotal(SurveySession& session, ResultWindows& windows, Desk& desk, QWidget* parent)
     // No dialog's place over its parent: it stands beside the result windows for long, and desktops leave dialogs out
     // of their list of windows, through which keys lead back here.
     : QDialog(parent, Qt::Window),
       ui_(std::make_unique<Ui::frmTotal>()),
       session_(session),
-      settings_(settings),
       windows_(windows),
+      desk_(desk),
       setup_(session.survey, session.ui, [this](LimitList& list) { return PickLimit(list); }) {
     ui_->setupUi(this);
     ui_->lstLimit->setItemDelegate(new RowDelegate(ui_->lstLimit));
@@ -133,7 +132,7 @@ FrmTotal::~FrmTotal() {
 }
 
 bool FrmTotal::PickLimit(LimitList& list) {
-    const bool picked = EditLimit(session_, this, list, kPickPreLimits);
+    const bool picked = EditLimit(session_, desk_, this, list, kPickPreLimits);
     limitPass_ = list;
     return picked;
 }
@@ -214,7 +213,7 @@ void FrmTotal::BuildOption(TotalKindValue kind) {
     const auto restore = qScopeGuard([&] {
         if (sheet) sheet->SetActivationCounts(true);
     });
-    sheet->SheetCommand(u"Do Total"_s);
+    sheet->DoTotal();
 }
 
 FrmGridBase& FrmTotal::Sheet() {
@@ -307,17 +306,12 @@ void FrmTotal::RefreshEssayPage() {
 }
 
 void FrmTotal::closeEvent(QCloseEvent* event) {
-    // While a total runs the windows beside it are off, and this one is still needed by it.
-    if (!isEnabled()) {
-        event->ignore();
-        return;
-    }
     // By hand; the program itself closes the window together with what it belongs to.
     if (event->spontaneous() && !MayDiscard()) {
         event->ignore();
         return;
     }
-    WinPosSave(settings_, kPosTotal, this);
+    WinPosSave(session_.settings, kPosTotal, this);
     event->accept();
 }
 

@@ -18,14 +18,14 @@ class frmTotal;
 
 namespace quibra {
 
+class Desk;
 class SurveySession;
-struct Settings;
 
 class FrmTotal : public QDialog, private SheetHost {
     Q_OBJECT
   public:
     // All must outlive the window.
-    FrmTotal(SurveySession& session, Settings& settings, ResultWindows& windows, QWidget* parent = nullptr);
+    FrmTotal(SurveySession& session, ResultWindows& windows, Desk& desk, QWidget* parent = nullptr);
     ~FrmTotal() override;
 
     // Totals in a new result window: 1 a table, any other kind an essay list, as the controls stand.
@@ -77,8 +77,8 @@ class FrmTotal : public QDialog, private SheetHost {
 
     std::unique_ptr<Ui::frmTotal> ui_;
     SurveySession& session_;
-    Settings& settings_;
     ResultWindows& windows_;
+    Desk& desk_;
     TotalSetup setup_;
     LimitList limitPass_;
     QPointer<FrmGridBase> sheet_;

@@ -26,7 +26,7 @@ void StepAside(QWidget& window) {
 
 }  // namespace
 
-ResultWindows::ResultWindows(SurveySession& session, Settings& settings) : session_(session), settings_(settings) {}
+ResultWindows::ResultWindows(SurveySession& session, Desk& desk) : session_(session), desk_(desk) {}
 
 ResultWindows::~ResultWindows() = default;
 
@@ -38,7 +38,7 @@ bool ResultWindows::IsCovered(const FrmGridBase& sheet) const {
 }
 
 FrmGridBase& ResultWindows::New() {
-    auto sheet = std::make_unique<FrmGridBase>(session_, settings_, *this);
+    auto sheet = std::make_unique<FrmGridBase>(session_, *this, desk_);
     for (size_t step = 0; step <= sheets_.size() && IsCovered(*sheet); ++step)
         StepAside(*sheet);
     sheets_.push_back(std::move(sheet));

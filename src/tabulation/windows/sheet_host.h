@@ -1,5 +1,5 @@
 // The result windows of a program, and who listens to them. The program owns one ResultWindows and hands it down; the
-// session and the settings must outlive it. It owns the windows it makes, until they are closed.
+// session and the desk must outlive it. It owns the windows it makes, until they are closed.
 #pragma once
 
 #include <memory>
@@ -9,9 +9,9 @@
 
 namespace quibra {
 
+class Desk;
 class FrmGridBase;
 class SurveySession;
-struct Settings;
 
 // Learns which result window is in front: the set-up window, for one, which shows that window's options.
 class SheetHost {
@@ -25,7 +25,7 @@ class SheetHost {
 
 class ResultWindows {
   public:
-    ResultWindows(SurveySession& session, Settings& settings);
+    ResultWindows(SurveySession& session, Desk& desk);
     ~ResultWindows();
 
     // The options that "Do Total" takes: those of the set-up window, or of the window that came to the front last.
@@ -48,7 +48,7 @@ class ResultWindows {
     bool IsCovered(const FrmGridBase& sheet) const;
 
     SurveySession& session_;
-    Settings& settings_;
+    Desk& desk_;
     std::vector<std::unique_ptr<FrmGridBase>> sheets_;
     std::vector<SheetHost*> hosts_;
 };

@@ -1,0 +1,106 @@
+#include "apps/quibra/program_desk.h"
+
+#include "apps/quibra/frm_title.h"
+#include "conditions/windows/frm_limit.h"
+#include "core/attempt.h"
+#include "session/survey_session.h"
+#include "session/windows/frm_key.h"
+#include "tabulation/windows/frm_total.h"
+#include "ui/form.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+ProgramDesk::ProgramDesk(SurveySession& session, QWidget& main)
+    : session_(session), main_(main), results_(session, *this) {}
+
+ProgramDesk::~ProgramDesk() {
+    // It listens to the result windows, which go before the main window takes its children.
+    delete total_;
+}
+
+void ProgramDesk::ShowSlotEditor() {
+    CloseSlotEditor();
+    CloseAll();
+    // A question whose condition leads back to it has no depth, which its list shows.
+    Attempt(session_.ui, [this] {
+        slotEditor_ = new FrmLimit(session_, &main_);
+        slotEditor_->setAttribute(Qt::WA_DeleteOnClose);
+        slotEditor_->show();
+    });
+}
+
+FrmTotal& ProgramDesk::Total() {
+    if (!total_) total_ = new FrmTotal(session_, results_, *this, &main_);
+    total_->show();
+    return *total_;
+}
+
+void ProgramDesk::ShowTotal() {
+    Total().SetWindow(kTable);
+    total_->activateWindow();
+}
+
+void ProgramDesk::TotalAnew() {
+    Total().SetTotalOption();
+    total_->DoTotal(results_.option.TotalKind);
+}
+
+void ProgramDesk::ShowLock() {
+    FrmKey(session_, &main_).exec();
+}
+
+void ProgramDesk::ShowTitle() {
+    FrmTitle(session_.ui, TitleUse::About, &main_).exec();
+}
+
+void ProgramDesk::TellAbsent() {
+    session_.ui.Message(u"この画面はまだありません。"_s, kInformation);
+}
+
+void ProgramDesk::PageOpen(const QString&) {
+    TellAbsent();
+}
+
+void ProgramDesk::CloseAll() {
+    WindowsCloseAll(nullptr);
+}
+
+void ProgramDesk::ShowEntry() {
+    TellAbsent();
+}
+
+void ProgramDesk::ShowImport() {}
+
+void ProgramDesk::ShowSample(qint32, int) {
+    TellAbsent();
+}
+
+bool ProgramDesk::IsSampleShown() const {
+    return false;
+}
+
+void ProgramDesk::ShowChart() {
+    TellAbsent();
+}
+
+void ProgramDesk::ShowBatchAdd(std::vector<qint32>) {
+    TellAbsent();
+}
+
+void ProgramDesk::ShowExport(std::vector<qint32>) {
+    TellAbsent();
+}
+
+void ProgramDesk::CloseSlotEditor() {
+    if (slotEditor_ && slotEditor_->isVisible()) slotEditor_->GiveWay();
+}
+
+bool ProgramDesk::CloseShowingDefinition(const QWidget* editor) {
+    CloseSlotEditor();
+    WindowsCloseAll(editor);
+    return true;
+}
+
+}  // namespace quibra

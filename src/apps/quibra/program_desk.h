@@ -1,0 +1,56 @@
+// The windows of the program: makes them, knows which are open, and lets each ask for the others. Owned by the main
+// window, which is their parent.
+#pragma once
+
+#include <QPointer>
+
+#include "tabulation/windows/sheet_host.h"
+#include "ui/desk.h"
+
+namespace quibra {
+
+class FrmLimit;
+class FrmTotal;
+class SurveySession;
+
+class ProgramDesk : public Desk {
+  public:
+    // Both must outlive it.
+    ProgramDesk(SurveySession& session, QWidget& main);
+    ~ProgramDesk() override;
+
+    // What the menu items of the main window open; window_table.h names the item of each.
+    void ShowSlotEditor();
+    void ShowTotal();
+    void ShowLock();
+    void ShowTitle();
+    // For all whose windows don't exist yet.
+    void TellAbsent();
+
+    void PageOpen(const QString& path);
+    // Closes all windows but the lasting ones; see FormKind.
+    void CloseAll();
+
+    // Desk
+    void ShowEntry() override;
+    void ShowImport() override;
+    void ShowSample(qint32 dno, int endQno) override;
+    bool IsSampleShown() const override;
+    void TotalAnew() override;
+    void ShowChart() override;
+    void ShowBatchAdd(std::vector<qint32> places) override;
+    void ShowExport(std::vector<qint32> places) override;
+    void CloseSlotEditor() override;
+    bool CloseShowingDefinition(const QWidget* editor) override;
+
+  private:
+    FrmTotal& Total();
+
+    SurveySession& session_;
+    QWidget& main_;
+    ResultWindows results_;
+    QPointer<FrmTotal> total_;
+    QPointer<FrmLimit> slotEditor_;
+};
+
+}  // namespace quibra

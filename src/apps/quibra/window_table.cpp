@@ -1,0 +1,33 @@
+#include "apps/quibra/window_table.h"
+
+#include "apps/quibra/program_desk.h"
+
+using namespace Qt::StringLiterals;
+
+namespace quibra {
+
+std::span<const WindowRow> WindowTable() {
+    static const WindowRow kRows[] = {
+        {u"mnuNewfile"_s, nullptr},
+        {u"mnuMergeQB"_s, nullptr},
+        {u"mnuMergeTXT"_s, nullptr},
+        {u"mnuMergeCSV"_s, nullptr},
+        {u"mnuMergeHTML"_s, nullptr},
+        {u"mnuSaveSelect"_s, nullptr},
+        {u"mnuHTMLOut"_s, nullptr},
+        {u"mnuSetQuestion"_s, nullptr},
+        {u"mnuQuestions"_s, nullptr},
+        {u"mnuAbout"_s, nullptr},
+        {u"mnuInput"_s, nullptr},
+        {u"mnuSetParagraph"_s, nullptr},
+        {u"mnuSetQuota"_s, nullptr},
+        {u"mnuSetCollection"_s, nullptr},
+        {u"mnuSetLimit"_s, &ProgramDesk::ShowSlotEditor},
+        {u"mnuStatis"_s, &ProgramDesk::ShowTotal},
+        {u"mnuKey"_s, &ProgramDesk::ShowLock},
+        {u"mnuAboutQB"_s, &ProgramDesk::ShowTitle},
+    };
+    return kRows;
+}
+
+}  // namespace quibra
