@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include "support/survey_bytes.h"
+#include "tree_paths.h"
 
 using namespace Qt::StringLiterals;
 

@@ -20,6 +20,7 @@
 #include "core/runtime_error.h"
 #include "session/rescue.h"
 #include "support/scripted_interface.h"
+#include "tree_paths.h"
 
 using namespace Qt::StringLiterals;
 

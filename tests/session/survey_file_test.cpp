@@ -14,6 +14,7 @@
 #include "support/scripted_interface.h"
 #include "support/survey_builder.h"
 #include "support/survey_bytes.h"
+#include "tree_paths.h"
 
 using namespace Qt::StringLiterals;
 

@@ -5,6 +5,7 @@
 
 #include "core/survey_reader.h"
 #include "core/survey_writer.h"
+#include "tree_paths.h"
 
 using namespace Qt::StringLiterals;
 

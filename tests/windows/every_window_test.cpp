@@ -27,6 +27,7 @@
 #include "support/windows/scripted_desk.h"
 #include "support/windows/when_asked.h"
 #include "tabulation/windows/frm_total.h"
+#include "tree_paths.h"
 #include "ui/font_dialog.h"
 #include "ui/frm_ask.h"
 #include "ui/frm_dir_box.h"

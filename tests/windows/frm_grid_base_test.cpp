@@ -28,6 +28,7 @@
 #include "support/windows/scripted_desk.h"
 #include "tabulation/html_result.h"
 #include "tabulation/windows/sheet_host.h"
+#include "tree_paths.h"
 #include "ui/accessibility.h"
 #include "ui/flex_grid.h"
 #include "ui/theme.h"

@@ -17,6 +17,7 @@
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/windows/scripted_desk.h"
+#include "tree_paths.h"
 #include "ui/accessibility.h"
 
 using namespace Qt::StringLiterals;

@@ -22,6 +22,7 @@
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/survey_builder.h"
+#include "tree_paths.h"
 #include "ui/accessibility.h"
 #include "ui/form.h"
 

@@ -28,6 +28,7 @@
 #include "support/scripted_interface.h"
 #include "support/windows/scripted_desk.h"
 #include "support/windows/when_asked.h"
+#include "tree_paths.h"
 
 using namespace Qt::StringLiterals;
 

@@ -10,6 +10,7 @@
 #include "core/settings.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "tree_paths.h"
 
 using namespace Qt::StringLiterals;
 
