@@ -5,6 +5,7 @@
 #include "conditions/block_condition.h"
 #include "conditions/limit_lists.h"
 #include "synthetic_survey.h"
+#include "tabulation/essay_list.h"
 #include "tabulation/table_counter.h"
 
 namespace quibra {
@@ -39,6 +40,39 @@ void TotalByBlocks(benchmark::State& state) {
     TestsPerSecond(state, SyntheticAnswers() * columns);
 }
 BENCHMARK(TotalByBlocks)->ArgsProduct({{0, 1, 2}, {1, 10, 30}})->Unit(benchmark::kMillisecond);
+
+// One question by the choices of another, which name the same fields in every column.
+void CrossOfTwoQuestions(benchmark::State& state) {
+    const Survey& survey = SyntheticSurvey();
+    TotalOption option;
+    option.FromQno = option.ToQno = 10;
+    SetCrossQuestion(option, survey, 30);
+    for (auto _ : state) {
+        TableCounter counter(survey, option);
+        counter.CountTo(survey.SampleCount());
+        benchmark::DoNotOptimize(counter.Count(10, 0, survey.SampleCount()));
+    }
+}
+BENCHMARK(CrossOfTwoQuestions)->Unit(benchmark::kMillisecond);
+
+// A word that nobody wrote, looked for in the texts of a million samples, of which a third have one.
+void WordSearch(benchmark::State& state) {
+    static const Survey survey = MakeSyntheticSurvey(kMillion, true);
+    TotalOption option;
+    option.TotalKind = kEssayList;
+    option.CrossMode = kEssayHolds;
+    option.CrossQno = survey.Questions[0].ChoiceCount;
+    option.EssayText = QStringLiteral("ない語");
+    const LimitList everybody = JoinLimits({option.Limits.Column(0)});
+    std::vector<EssayHit> hits;
+    for (auto _ : state) {
+        int found = 0;
+        for (qint32 dno = 0; dno < survey.SampleCount(); ++dno)
+            found += EssayMatch(survey, dno, option, everybody, hits);
+        benchmark::DoNotOptimize(found);
+    }
+}
+BENCHMARK(WordSearch)->Unit(benchmark::kMillisecond);
 
 // The same figures by VerstTotalC. range(0): columns.
 void TotalBySamples(benchmark::State& state) {

@@ -18,8 +18,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         if (WriteTotalOptionJson(ReadTotalOptionJson(written, survey)) != written) std::abort();
         SheetRig rig(survey);
         rig.sheet.DoTotal(option);
-        if (WriteHtml(survey, rig.sheet).isEmpty()) std::abort();
-        if ((option.TotalKind == kTable ? WriteTotalJson(survey, rig.sheet) : WriteEssayJson(rig.sheet)).isEmpty())
+        if (WriteHtml(survey, rig.sheet.result, rig.sheet.view, rig.sheet.grid).isEmpty()) std::abort();
+        if ((option.TotalKind == kTable ? WriteTotalJson(survey, rig.sheet.result) : WriteEssayJson(rig.sheet.result))
+                .isEmpty())
             std::abort();
     } catch (const RuntimeError&) {
     }

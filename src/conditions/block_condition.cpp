@@ -1,5 +1,8 @@
 #include "conditions/block_condition.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace quibra {
 
 namespace {
@@ -62,11 +65,18 @@ BlockCondition::BlockCondition(const Survey& survey, const LimitList& list)
         terms_.push_back(term);
 }
 
+void BlockCondition::AddFields(FieldsByQuestion& fields) const {
+    for (const LimitTerm& term : terms_) {
+        if (term.question > kLastQuestion || term.rank > survey_.QIdx[term.question].Anum) continue;
+        int& count = fields[static_cast<size_t>(term.question)];
+        count = std::max<int>(count, term.rank > 0 ? term.rank : survey_.QIdx[term.question].Anum);
+    }
+}
+
 int BlockCondition::FieldCount() const {
-    int fields = 0;
-    for (const LimitTerm& term : terms_)
-        if (term.question <= kLastQuestion) fields += survey_.QIdx[term.question].Anum;
-    return fields;
+    FieldsByQuestion fields{};
+    AddFields(fields);
+    return std::accumulate(fields.begin(), fields.end(), 0);
 }
 
 void BlockCondition::TestTerm(SamplePlanes& planes, const LimitTerm& term, BlockMask& held) const {

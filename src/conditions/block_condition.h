@@ -1,12 +1,16 @@
 // A condition compiled for blocks of samples: what lmDoC says of each sample, for a whole block at once.
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include "companion/limit_terms.h"
 #include "core/sample_planes.h"
 
 namespace quibra {
+
+// How many of each question's answer fields are looked at in a block, from its first one on.
+using FieldsByQuestion = std::array<int, kMaxQuestions>;
 
 class BlockCondition {
   public:
@@ -16,7 +20,9 @@ class BlockCondition {
     // Takes the samples that don't meet the condition out of `mask`.
     void Restrict(SamplePlanes& planes, BlockMask& mask) const;
 
-    // How many answer fields it looks at: what SamplePlanes wants to know.
+    // Marks the answer fields that it looks at: fields[q] becomes at least the number of those of question q.
+    void AddFields(FieldsByQuestion& fields) const;
+    // How many these are: what SamplePlanes wants to know.
     int FieldCount() const;
 
   private:

@@ -48,6 +48,11 @@ void GetAnswersEssay(const Survey& survey, qint32 dno, int q, qint16& AnoCount, 
         EssayIn[i] = survey.Samples.Essay(dno, survey.QIdx[q].EssayStart + i);
 }
 
+QString EssayOfAnswer(const Survey& survey, qint32 dno, int q, int i) {
+    CheckQuestion(survey, q);
+    return BearsEssays(survey, q) ? survey.Samples.Essay(dno, survey.QIdx[q].EssayStart + i) : QString();
+}
+
 void SetAnswers(Survey& survey, qint32 dno, int q, qint16 AnoCount, const qint16* Ano) {
     CheckQuestion(survey, q);
     CheckCount(survey, q, AnoCount);
@@ -85,8 +90,10 @@ void SetAllAnswers(Survey& survey, qint32 dno, const qint16* AnoCounts, const qi
 
 void SetAllAnswersEssay(Survey& survey, qint32 dno, const qint16* AnoCounts, const qint16* Ano,
                         const QString* EssayIn) {
-    for (int q = 0, k = 0; q < survey.QuestionCount; k += AnoCounts[q], ++q) {
+    // All are checked before anything is stored: a sample changes whole or not at all.
+    for (int q = 0; q < survey.QuestionCount; ++q)
         CheckCount(survey, q, AnoCounts[q]);
+    for (int q = 0, k = 0; q < survey.QuestionCount; k += AnoCounts[q], ++q) {
         if (!BearsEssays(survey, q)) continue;
         for (int i = 0; i < AnoCounts[q]; ++i)
             survey.Samples.SetEssay(dno, survey.QIdx[q].EssayStart + i,

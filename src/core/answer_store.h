@@ -20,6 +20,8 @@ void SetAnswers(Survey& survey, qint32 dno, int q, qint16 AnoCount, const qint16
 // setter empties the slot of a choice that bears no text; slots behind the count stay as they are.
 void GetAnswersEssay(const Survey& survey, qint32 dno, int q, qint16& AnoCount, qint16* Ano, QString* EssayIn);
 void SetAnswersEssay(Survey& survey, qint32 dno, int q, qint16 AnoCount, const qint16* Ano, const QString* EssayIn);
+// The text of the question's answer at position i (from 0); empty for a question without texts.
+QString EssayOfAnswer(const Survey& survey, qint32 dno, int q, int i);
 
 // Answers of all questions, one behind the other, with one count a question.
 void GetAllAnswers(const Survey& survey, qint32 dno, qint16* AnoCounts, qint16* Ano);

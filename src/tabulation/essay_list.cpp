@@ -1,6 +1,7 @@
 #include "tabulation/essay_list.h"
 
 #include <array>
+#include <utility>
 
 #include "conditions/limit_lists.h"
 #include "core/answer_store.h"
@@ -54,15 +55,14 @@ bool EssayMatch(const Survey& survey, qint32 dno, const TotalOption& option, con
     const int q = option.FromQno;
     qint16 count = 0;
     std::array<qint16, kMaxAnswers> answers{};
-    std::array<QString, kMaxAnswers> essays;
-    GetAnswersEssay(survey, dno, q, count, answers.data(), essays.data());
+    GetAnswers(survey, dno, q, count, answers.data());
     const bool anyChoice = option.CrossQno == survey.Questions[q].ChoiceCount;
     for (int i = 0; i < count; ++i) {
         if (option.Rank > 0 && i != option.Rank - 1) continue;
-        const auto index = static_cast<size_t>(i);
-        const qint16 c = answers[index];
+        const qint16 c = answers[static_cast<size_t>(i)];
         if (!anyChoice && c != option.CrossQno) continue;
-        if (EssayMatches(option, essays[index], survey.Choices(c, q).Has(kCode))) hits.push_back({c, essays[index]});
+        QString essay = EssayOfAnswer(survey, dno, q, i);
+        if (EssayMatches(option, essay, survey.Choices(c, q).Has(kCode))) hits.push_back({c, std::move(essay)});
     }
     return !hits.empty();
 }

@@ -1,6 +1,7 @@
 #include "tabulation/table_counter.h"
 
 #include <deque>
+#include <numeric>
 #include <optional>
 
 #include "conditions/block_condition.h"
@@ -79,15 +80,17 @@ TableCounter::Impl::Impl(const Survey& theSurvey, const TotalOption& theOption, 
     planes.emplace(survey, FieldCount(), kernels);
 }
 
+// Distinct ones: a cross names the fields of one question in every column.
 int TableCounter::Impl::FieldCount() const {
-    int fields = whole.FieldCount();
+    FieldsByQuestion fields{};
+    whole.AddFields(fields);
     for (const BlockCondition& condition : ofQuestion)
-        fields += condition.FieldCount();
+        condition.AddFields(fields);
     for (const BlockCondition& condition : ofLimit)
-        fields += condition.FieldCount();
+        condition.AddFields(fields);
     for (int q = questions.from; q <= questions.to; ++q)
-        fields += survey.QIdx[q].Anum;
-    return fields;
+        fields[static_cast<size_t>(q)] = survey.QIdx[q].Anum;
+    return std::accumulate(fields.begin(), fields.end(), 0);
 }
 
 BlockCondition TableCounter::Impl::Joined(int q, int L) const {
