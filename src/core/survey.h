@@ -46,6 +46,8 @@ struct ChoiceRec {
     bool Has(StatusBit bit) const { return (Status >> bit) & 1; }
 };
 
+inline constexpr int kMaxPasswordLength = 32;
+
 struct Survey {
     QString Title;
     QString Editor;

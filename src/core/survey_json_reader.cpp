@@ -1,14 +1,16 @@
 #include <QIODevice>
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <numeric>
 #include <optional>
-#include <set>
 #include <streambuf>
+#include <string_view>
 
 #include "core/answer_store.h"
 #include "core/code_page.h"
+#include "core/strict_json.h"
 #include "core/survey_json.h"
 
 using namespace Qt::StringLiterals;
@@ -17,184 +19,89 @@ namespace quibra {
 
 namespace {
 
-using Json = nlohmann::json;
-
 // What one string of a survey file can hold: its length is a 16-bit field.
 constexpr qsizetype kMaxFileText = std::numeric_limits<qint16>::max();
 constexpr int kMaxLines = 14;  // a list's closing line needs one of the 15
 constexpr QStringView kNoAnswerText = u"無回答";
-
-[[noreturn]] void Refuse(int number, const QString& place, const QString& reason) {
-    throw RuntimeError(number, place + u"："_s + reason);
-}
-
-[[noreturn]] void RefuseParse(const Json::exception& error) {
-    if (const auto* fault = dynamic_cast<const Json::parse_error*>(&error))
-        throw RuntimeError(kErrorTypeMismatch, u"JSON の %1 バイト目：JSON として読めません"_s.arg(fault->byte));
-    // The parser's other complaint is about a number that no 64-bit float holds; it does not say where.
-    throw RuntimeError(kErrorOverflow, u"JSON：大きすぎる数があります"_s);
-}
-
-QString ToQString(const std::string& text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-QString Element(const QString& place, qsizetype index) {
-    return u"%1[%2]"_s.arg(place).arg(index);
-}
 
 bool FitsFile(const QString& text) {
     return text.size() * 2 <= kMaxFileText || EncodeCodePage(text).size() <= kMaxFileText;
 }
 
 [[noreturn]] void RefuseLength(const QString& place) {
-    Refuse(kErrorOverflow, place, u"文字列が長すぎます（%1バイトまで）"_s.arg(kMaxFileText));
+    RefuseJson(kErrorOverflow, place, u"文字列が長すぎます（%1バイトまで）"_s.arg(kMaxFileText));
 }
 
-QString TextOf(const Json& value, const QString& place) {
-    if (!value.is_string()) Refuse(kErrorTypeMismatch, place, u"文字列ではありません"_s);
-    QString text = ToQString(value.get_ref<const std::string&>());
+QString FileText(const Json& value, const QString& place) {
+    QString text = JsonText(value, place);
     if (!FitsFile(text)) RefuseLength(place);
     return text;
 }
 
+void ReadFileText(JsonFields& fields, const char* key, QString& target) {
+    if (const Json* value = fields.Find(key)) target = FileText(*value, fields.PlaceOf(key));
+}
+
 [[noreturn]] void RefuseRange(const QString& place, qint64 low, qint64 high) {
-    Refuse(kErrorOverflow, place, u"%1から%2までの整数ではありません"_s.arg(low).arg(high));
+    RefuseJson(kErrorOverflow, place, u"%1から%2までの整数ではありません"_s.arg(low).arg(high));
 }
-
-qint64 IntegerOf(const Json& value, const QString& place, qint64 low, qint64 high) {
-    if (!value.is_number_integer()) Refuse(kErrorTypeMismatch, place, u"整数ではありません"_s);
-    const bool fits = !value.is_number_unsigned() || value.get<quint64>() <= quint64(high);
-    if (!fits || value.get<qint64>() < low || value.get<qint64>() > high) RefuseRange(place, low, high);
-    return value.get<qint64>();
-}
-
-qint16 Integer16Of(const Json& value, const QString& place) {
-    return static_cast<qint16>(
-        IntegerOf(value, place, std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max()));
-}
-
-const Json& ListOf(const Json& value, const QString& place, std::size_t low, std::size_t high) {
-    if (!value.is_array()) Refuse(kErrorTypeMismatch, place, u"配列ではありません"_s);
-    if (value.size() < low || value.size() > high)
-        Refuse(kErrorSubscript, place,
-               u"要素が%1個あります（%2個から%3個まで）"_s.arg(value.size()).arg(low).arg(high));
-    return value;
-}
-
-// One object of the text. Its keys are asked for one by one; a key that nobody asked for is a slip of the writer's and
-// is refused.
-class Fields {
-  public:
-    Fields(const Json& object, QString place) : object_(object), place_(std::move(place)) {
-        if (!object.is_object())
-            Refuse(kErrorTypeMismatch, place_.isEmpty() ? u"JSON"_s : place_, u"オブジェクトではありません"_s);
-    }
-
-    QString PlaceOf(const char* key) const {
-        const QString name = QString::fromLatin1(key);
-        return place_.isEmpty() ? name : place_ + u"."_s + name;
-    }
-    // nullptr for an absent key.
-    const Json* Find(const char* key) {
-        asked_.insert(key);
-        const auto found = object_.find(key);
-        return found == object_.end() ? nullptr : &*found;
-    }
-    const Json& Need(const char* key) {
-        const Json* value = Find(key);
-        if (value == nullptr) Refuse(kErrorTypeMismatch, PlaceOf(key), u"必要なキーがありません"_s);
-        return *value;
-    }
-
-    void Read(const char* key, QString& target) {
-        if (const Json* value = Find(key)) target = TextOf(*value, PlaceOf(key));
-    }
-    void Read(const char* key, qint16& target) {
-        if (const Json* value = Find(key)) target = Integer16Of(*value, PlaceOf(key));
-    }
-    void Read(const char* key, double& target) {
-        const Json* value = Find(key);
-        if (value == nullptr) return;
-        if (!value->is_number()) Refuse(kErrorTypeMismatch, PlaceOf(key), u"数ではありません"_s);
-        target = value->get<double>();
-    }
-    // A count that the text gives beside the list it counts.
-    void CheckCount(const char* key, qint64 count) {
-        const Json* value = Find(key);
-        if (value == nullptr) return;
-        if (IntegerOf(*value, PlaceOf(key), 0, std::numeric_limits<qint32>::max()) != count)
-            Refuse(kErrorSubscript, PlaceOf(key), u"実際の数は%1個です"_s.arg(count));
-    }
-
-    void RefuseOthers() const {
-        for (const auto& item : object_.items())
-            if (!asked_.contains(item.key()))
-                Refuse(kErrorTypeMismatch, PlaceOf(item.key().c_str()), u"知らないキーです"_s);
-    }
-
-  private:
-    const Json& object_;
-    QString place_;
-    std::set<std::string> asked_;
-};
 
 void ReadLines(const Json& value, const QString& place, std::span<LimitLine, 16> column) {
     std::fill(column.begin(), column.end(), LimitLine{});
-    const Json& list = ListOf(value, place, 0, kMaxLines);
+    const Json& list = JsonList(value, place, 0, kMaxLines);
     for (std::size_t i = 0; i < list.size(); ++i) {
-        const QString linePlace = Element(place, qsizetype(i));
-        const Json& pair = ListOf(list[i], linePlace, 2, 2);
+        const QString linePlace = ElementPlace(place, qsizetype(i));
+        const Json& pair = JsonList(list[i], linePlace, 2, 2);
         LimitLine& line = column[i + 1];
-        line.a = Integer16Of(pair[0], Element(linePlace, 0));
-        line.b = Integer16Of(pair[1], Element(linePlace, 1));
-        if (line.a == 0) Refuse(kErrorSubscript, Element(linePlace, 0), u"0 は条件の終わりの印です"_s);
+        line.a = JsonInteger16(pair[0], ElementPlace(linePlace, 0));
+        line.b = JsonInteger16(pair[1], ElementPlace(linePlace, 1));
+        if (line.a == 0) RefuseJson(kErrorSubscript, ElementPlace(linePlace, 0), u"0 は条件の終わりの印です"_s);
     }
 }
 
 void ReadChoice(const Json& value, const QString& place, Survey& survey, int q, int c) {
-    Fields fields(value, place);
+    JsonFields fields(value, place);
     ChoiceRec& choice = survey.Choices(c, q);
     choice = ChoiceRec();
-    fields.Read("Text", choice.Text);
+    ReadFileText(fields, "Text", choice.Text);
     fields.Read("Low", choice.Low);
     fields.Read("High", choice.High);
-    fields.Read("CodeText", choice.CodeText);
+    ReadFileText(fields, "CodeText", choice.CodeText);
     fields.Read("Status", choice.Status);
     fields.RefuseOthers();
     if (c == 0) {
         // Every question has it, no file holds it. A list that begins with another choice lacks it.
-        if (choice.Text != kNoAnswerText) Refuse(kErrorTypeMismatch, place, u"選択肢0は「無回答」です"_s);
+        if (choice.Text != kNoAnswerText) RefuseJson(kErrorTypeMismatch, place, u"選択肢0は「無回答」です"_s);
         choice = ChoiceRec();
         choice.Text = kNoAnswerText.toString();
         choice.Status = 1 << kExclusive;
         return;
     }
     if (choice.Text.contains(u'\r') || choice.CodeText.contains(u'\r'))
-        Refuse(kErrorTypeMismatch, place, u"改行(CR)は書けません"_s);
+        RefuseJson(kErrorTypeMismatch, place, u"改行(CR)は書けません"_s);
     if (!FitsFile(ChoiceToFile(survey, q, c))) RefuseLength(place);
 }
 
 void ReadQuestion(const Json& value, const QString& place, Survey& survey, int q) {
-    Fields fields(value, place);
+    JsonFields fields(value, place);
     QuestionRec& question = survey.Questions[q];
     QString text;
-    fields.Read("Text", text);
+    ReadFileText(fields, "Text", text);
     if (text.size() > kQuestionTextLength)
-        Refuse(kErrorOverflow, fields.PlaceOf("Text"), u"%1文字を超えています"_s.arg(kQuestionTextLength));
+        RefuseJson(kErrorOverflow, fields.PlaceOf("Text"), u"%1文字を超えています"_s.arg(kQuestionTextLength));
     question.SetText(text);
 
     const QString choicesPlace = fields.PlaceOf("Choices");
-    const Json& choices = ListOf(fields.Need("Choices"), choicesPlace, 1, kMaxChoices);
+    const Json& choices = JsonList(fields.Need("Choices"), choicesPlace, 1, kMaxChoices);
     question.ChoiceCount = static_cast<qint16>(choices.size());
     fields.CheckCount("ChoiceCount", question.ChoiceCount);
     for (int c = 0; c < question.ChoiceCount; ++c)
-        ReadChoice(choices[std::size_t(c)], Element(choicesPlace, c), survey, q, c);
+        ReadChoice(choices[std::size_t(c)], ElementPlace(choicesPlace, c), survey, q, c);
 
     question.Anum = 1;
     if (const Json* anum = fields.Find("Anum"))
         question.Anum =
-            static_cast<qint16>(IntegerOf(*anum, fields.PlaceOf("Anum"), 1, std::max(1, question.ChoiceCount - 1)));
+            static_cast<qint16>(JsonInteger(*anum, fields.PlaceOf("Anum"), 1, std::max(1, question.ChoiceCount - 1)));
     question.LabelKind = 0;
     fields.Read("LabelKind", question.LabelKind);
 
@@ -204,54 +111,54 @@ void ReadQuestion(const Json& value, const QString& place, Survey& survey, int q
 }
 
 void ReadLineStart(const Json& value, Survey& survey) {
-    const Json& list = ListOf(value, u"LineStart"_s, 2, kLineStartEntries);
+    const Json& list = JsonList(value, u"LineStart"_s, 2, kLineStartEntries);
     for (std::size_t i = 0; i < list.size(); ++i) {
-        const QString place = Element(u"LineStart"_s, qsizetype(i));
-        survey.LineStart[int(i)] = Integer16Of(list[i], place);
+        const QString place = ElementPlace(u"LineStart"_s, qsizetype(i));
+        survey.LineStart[int(i)] = JsonInteger16(list[i], place);
         const bool repeats = i > 0 && survey.LineStart[int(i)] == survey.LineStart[int(i) - 1];
         if (repeats != (i > 0 && i + 1 == list.size()))
-            Refuse(kErrorSubscript, place, u"前と同じ値は最後に一度だけです"_s);
+            RefuseJson(kErrorSubscript, place, u"前と同じ値は最後に一度だけです"_s);
     }
     for (int i = int(list.size()); i < kLineStartEntries; ++i)
         survey.LineStart[i] = survey.LineStart[i - 1];
 }
 
 void ReadDefinition(const Json& root, qint64 sampleCount, bool hasSamples, Survey& survey) {
-    Fields fields(root, QString());
-    fields.Read("Title", survey.Title);
-    fields.Read("Editor", survey.Editor);
-    fields.Read("Password", survey.Password);
-    for (const QChar character : std::as_const(survey.Password))
-        if (CharacterCode(character) > 255)
-            Refuse(kErrorOverflow, fields.PlaceOf("Password"), u"半角文字以外があります"_s);
-    fields.Read("LockLevel", survey.LockLevel);
+    JsonFields fields(root, QString());
+    ReadFileText(fields, "Title", survey.Title);
+    ReadFileText(fields, "Editor", survey.Editor);
+    ReadFileText(fields, "Password", survey.Password);
+    // What the window for it could never take would lock the survey for ever.
+    const bool typeable = std::ranges::all_of(survey.Password, [](QChar c) { return c >= u'a' && c <= u'z'; });
+    if (!typeable || survey.Password.size() > kMaxPasswordLength)
+        RefuseJson(kErrorTypeMismatch, fields.PlaceOf("Password"),
+                   u"半角の英小文字%1字まででなければいけません"_s.arg(kMaxPasswordLength));
+    fields.Read("LockLevel", survey.LockLevel, 0, 2);
     fields.Read("CorrectFlags", survey.CorrectFlags);
-    fields.Read("DistName", survey.DistName);
+    ReadFileText(fields, "DistName", survey.DistName);
     fields.Read("DistQno", survey.DistQno);
     fields.Read("EssayFull", survey.EssayFull);
-    fields.Read("ExternDLL", survey.ExternDLL);
+    ReadFileText(fields, "ExternDLL", survey.ExternDLL);
 
     if (const Json* questions = fields.Find("Questions")) {
-        const Json& list = ListOf(*questions, u"Questions"_s, 1, kMaxQuestions);
+        const Json& list = JsonList(*questions, u"Questions"_s, 1, kMaxQuestions);
         survey.QuestionCount = static_cast<qint16>(list.size());
         for (int q = 0; q < survey.QuestionCount; ++q)
-            ReadQuestion(list[std::size_t(q)], Element(u"Questions"_s, q), survey, q);
+            ReadQuestion(list[std::size_t(q)], ElementPlace(u"Questions"_s, q), survey, q);
     }
     fields.CheckCount("QuestionCount", survey.QuestionCount);
 
     if (const Json* slots = fields.Find("PreLimit")) {
-        const Json& list = ListOf(*slots, u"PreLimit"_s, 0, kPreLimitSlots);
+        const Json& list = JsonList(*slots, u"PreLimit"_s, 0, kPreLimitSlots);
         for (std::size_t slot = 0; slot < list.size(); ++slot)
-            ReadLines(list[slot], Element(u"PreLimit"_s, qsizetype(slot)), survey.PreLimit.Column(int(slot)));
+            ReadLines(list[slot], ElementPlace(u"PreLimit"_s, qsizetype(slot)), survey.PreLimit.Column(int(slot)));
     }
     if (const Json* starts = fields.Find("LineStart")) ReadLineStart(*starts, survey);
     if (const Json* flags = fields.Find("LineFlag")) {
         const std::size_t count = std::size_t(LineStartEnd(survey) - 1);
-        const Json& list = ListOf(*flags, u"LineFlag"_s, count, count);
+        const Json& list = JsonList(*flags, u"LineFlag"_s, count, count);
         for (std::size_t i = 0; i < count; ++i) {
-            if (!list[i].is_boolean())
-                Refuse(kErrorTypeMismatch, Element(u"LineFlag"_s, qsizetype(i)), u"true か false ではありません"_s);
-            survey.LineFlag[int(i)] = list[i].get<bool>();
+            survey.LineFlag[int(i)] = JsonBoolean(list[i], ElementPlace(u"LineFlag"_s, qsizetype(i)));
         }
     }
     // A definition alone may tell how many samples its survey had.
@@ -285,11 +192,15 @@ class DeviceBuffer : public std::streambuf {
 // The whole text but its samples, which are only counted.
 Json ParseDefinition(QIODevice& in, qint64& sampleCount, bool& hasSamples) {
     bool inSamples = false;
+    JsonKeys keys;
     const Json::parser_callback_t keep = [&](int depth, Json::parse_event_t event, Json& parsed) {
+        const bool isSample = inSamples && depth >= (event == Json::parse_event_t::key ? 2 : 1);
+        if (event == Json::parse_event_t::object_start && !isSample) keys.Open();
+        if (event == Json::parse_event_t::object_end && !isSample) keys.Close();
+        if (event == Json::parse_event_t::key && !isSample) keys.Take(parsed.get_ref<const std::string&>());
         if (event == Json::parse_event_t::key && depth == 1) {
             inSamples = parsed == "Samples";
             if (!inSamples) return true;
-            if (hasSamples) Refuse(kErrorTypeMismatch, u"Samples"_s, u"同じキーが二つあります"_s);
             hasSamples = true;
             return false;
         }
@@ -302,7 +213,7 @@ Json ParseDefinition(QIODevice& in, qint64& sampleCount, bool& hasSamples) {
     try {
         return Json::parse(stream, keep);
     } catch (const Json::exception& error) {
-        RefuseParse(error);
+        RefuseJsonText(error);
     }
 }
 
@@ -319,7 +230,9 @@ class SampleReader : public nlohmann::json_sax<Json> {
         if (value > quint64(std::numeric_limits<qint64>::max())) return TakeInteger(std::nullopt);
         return TakeInteger(qint64(value));
     }
-    bool number_float(number_float_t, const string_t&) override { return Unexpected(); }
+    bool number_float(number_float_t value, const string_t&) override {
+        return std::abs(value) >= std::ldexp(1.0, 63) ? TakeInteger(std::nullopt) : Unexpected();
+    }
     bool binary(binary_t&) override { return Unexpected(); }
     bool string(string_t& value) override {
         if (skipped_ > 0 || level_ != Level::Essays) return Unexpected();
@@ -331,6 +244,7 @@ class SampleReader : public nlohmann::json_sax<Json> {
     bool key(string_t& value) override {
         if (skipped_ > 0) return true;
         key_ = value;
+        if (level_ == Level::Sample) TakeKey();
         if (level_ == Level::Essays) essaySlot_ = EssaySlot();
         return true;
     }
@@ -374,7 +288,7 @@ class SampleReader : public nlohmann::json_sax<Json> {
             answers_.clear();
         } else if (level_ == Level::Answers) {
             if (int(counts_.size()) == survey_.QuestionCount)
-                Refuse(kErrorSubscript, Place(), u"質問は%1個です"_s.arg(survey_.QuestionCount));
+                RefuseJson(kErrorSubscript, Place(), u"質問は%1個です"_s.arg(survey_.QuestionCount));
             level_ = Level::Answer;
             counts_.push_back(0);
         } else {
@@ -389,23 +303,23 @@ class SampleReader : public nlohmann::json_sax<Json> {
             level_ = Level::Answers;
         } else if (level_ == Level::Answers) {
             if (int(counts_.size()) != survey_.QuestionCount)
-                Refuse(kErrorSubscript, Place(), u"質問は%1個です"_s.arg(survey_.QuestionCount));
+                RefuseJson(kErrorSubscript, Place(), u"質問は%1個です"_s.arg(survey_.QuestionCount));
             level_ = Level::Sample;
         } else {
             level_ = Level::Root;
         }
         return true;
     }
-    bool parse_error(std::size_t, const std::string&, const Json::exception& error) override { RefuseParse(error); }
+    bool parse_error(std::size_t, const std::string&, const Json::exception& error) override { RefuseJsonText(error); }
 
   private:
     enum class Level { Outside, Root, Samples, Sample, Answers, Answer, Essays };
 
     QString Place() const {
         if (level_ == Level::Root) return u"Samples"_s;
-        QString place = Element(u"Samples"_s, dno_);
+        QString place = ElementPlace(u"Samples"_s, dno_);
         if (level_ == Level::Answers) return place + u".Answers"_s;
-        if (level_ == Level::Answer) return Element(place + u".Answers"_s, qsizetype(counts_.size()) - 1);
+        if (level_ == Level::Answer) return ElementPlace(place + u".Answers"_s, qsizetype(counts_.size()) - 1);
         if (level_ == Level::Essays) return place + u".Essays."_s + ToQString(key_);
         if (level_ == Level::Sample) return place + u"."_s + ToQString(key_);
         return place;
@@ -413,10 +327,17 @@ class SampleReader : public nlohmann::json_sax<Json> {
 
     bool Unexpected() {
         if (skipped_ > 0 || (level_ == Level::Root && key_ != "Samples")) return true;
-        static const std::set<std::string> known = {"IDno", "PreLimitBits", "Answers", "Essays"};
-        if (level_ == Level::Sample && !known.contains(key_))
-            Refuse(kErrorTypeMismatch, Place(), u"知らないキーです"_s);
-        Refuse(kErrorTypeMismatch, Place(), u"ここに書けない種類の値です"_s);
+        RefuseJson(kErrorTypeMismatch, Place(), u"ここに書けない種類の値です"_s);
+    }
+
+    // Without a set of keys: this runs for every sample.
+    void TakeKey() {
+        static constexpr std::array<std::string_view, 4> kKnown = {"IDno", "PreLimitBits", "Answers", "Essays"};
+        const auto known = std::ranges::find(kKnown, key_);
+        if (known == kKnown.end()) RefuseJson(kErrorTypeMismatch, Place(), u"知らないキーです"_s);
+        const unsigned bit = 1U << (known - kKnown.begin());
+        if ((taken_ & bit) != 0) RefuseJson(kErrorTypeMismatch, Place(), u"同じキーが二つあります"_s);
+        taken_ |= bit;
     }
 
     bool TakeInteger(std::optional<qint64> value) {
@@ -445,7 +366,8 @@ class SampleReader : public nlohmann::json_sax<Json> {
 
     void TakeAnswer(std::optional<qint64> value) {
         const QuestionRec& question = survey_.Questions[int(counts_.size()) - 1];
-        if (counts_.back() == question.Anum) Refuse(kErrorSubscript, Place(), u"答は%1個までです"_s.arg(question.Anum));
+        if (counts_.back() == question.Anum)
+            RefuseJson(kErrorSubscript, Place(), u"答は%1個までです"_s.arg(question.Anum));
         answers_.push_back(static_cast<qint16>(InRange(value, 1, question.ChoiceCount - 1)));
         ++counts_.back();
     }
@@ -454,7 +376,7 @@ class SampleReader : public nlohmann::json_sax<Json> {
         bool ok = false;
         const int slot = ToQString(key_).toInt(&ok);
         if (!ok || slot < 0 || slot >= survey_.EssaySlots)
-            Refuse(kErrorSubscript, Place(), u"記述文の欄は0から%1までです"_s.arg(survey_.EssaySlots - 1));
+            RefuseJson(kErrorSubscript, Place(), u"記述文の欄は0から%1までです"_s.arg(survey_.EssaySlots - 1));
         return static_cast<qint16>(slot);
     }
 
@@ -465,18 +387,20 @@ class SampleReader : public nlohmann::json_sax<Json> {
         answers_.clear();
         essays_.clear();
         key_.clear();
+        taken_ = 0;
     }
 
     void StoreSample() {
-        if (!id_) Refuse(kErrorTypeMismatch, Element(u"Samples"_s, dno_) + u".IDno"_s, u"必要なキーがありません"_s);
+        if (!id_)
+            RefuseJson(kErrorTypeMismatch, ElementPlace(u"Samples"_s, dno_) + u".IDno"_s, u"必要なキーがありません"_s);
         survey_.Samples.SetIDno(dno_, *id_);
         SetAllAnswers(survey_, dno_, counts_.data(), answers_.data());
         if (preLimitBits_) survey_.Samples.SetPreLimitBits(dno_, *preLimitBits_);
         std::sort(essays_.begin(), essays_.end(), [](const Essay& x, const Essay& y) { return x.slot < y.slot; });
         for (std::size_t i = 1; i < essays_.size(); ++i)
             if (essays_[i - 1].slot == essays_[i].slot)
-                Refuse(kErrorTypeMismatch, Element(u"Samples"_s, dno_) + u".Essays"_s,
-                       u"欄%1が二つあります"_s.arg(essays_[i].slot));
+                RefuseJson(kErrorTypeMismatch, ElementPlace(u"Samples"_s, dno_) + u".Essays"_s,
+                           u"欄%1が二つあります"_s.arg(essays_[i].slot));
         if (!essays_.empty()) survey_.Samples.SetEssays(dno_, std::move(essays_));
         ++dno_;
     }
@@ -485,6 +409,7 @@ class SampleReader : public nlohmann::json_sax<Json> {
     Level level_ = Level::Outside;
     int skipped_ = 0;  // open brackets of what is passed over
     std::string key_;
+    unsigned taken_ = 0;  // which of a sample's keys have come
     qint32 dno_ = 0;
 
     std::optional<qint32> id_;
@@ -510,8 +435,8 @@ void SortAndCheckIDs(Survey& survey) {
     std::stable_sort(order.begin(), order.end(), [ids](qint32 x, qint32 y) { return ids[x] < ids[y]; });
     for (std::size_t i = 1; i < order.size(); ++i)
         if (ids[order[i - 1]] == ids[order[i]])
-            Refuse(kErrorInvalidCall, Element(u"Samples"_s, order[i]) + u".IDno"_s,
-                   u"ID %1 は Samples[%2] にもあります"_s.arg(ids[order[i]]).arg(order[i - 1]));
+            RefuseJson(kErrorInvalidCall, ElementPlace(u"Samples"_s, order[i]) + u".IDno"_s,
+                       u"ID %1 は Samples[%2] にもあります"_s.arg(ids[order[i]]).arg(order[i - 1]));
     if (!std::is_sorted(order.begin(), order.end())) survey.Samples.Reorder(order);
 }
 

@@ -9,8 +9,6 @@
 
 namespace quibra {
 
-inline constexpr int kMaxPasswordLength = 32;
-
 // The small letter that a typed character stands for; nothing for a character that no password has.
 std::optional<QChar> PasswordLetter(QChar typed);
 // The letters of a text, in small ones.

@@ -1,10 +1,8 @@
 #include "tabulation/total_option.h"
 
 #include <algorithm>
-#include <limits>
-#include <nlohmann/json.hpp>
-#include <set>
-#include <string>
+
+#include "core/strict_json.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,10 +10,6 @@ namespace quibra {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-constexpr int kMinInt16 = std::numeric_limits<qint16>::min();
-constexpr int kMaxInt16 = std::numeric_limits<qint16>::max();
 constexpr int kMaxJsonLines = 15;
 
 void ClearColumns(TotalOption& option) {
@@ -24,42 +18,19 @@ void ClearColumns(TotalOption& option) {
     option.LimitCount = 1;
 }
 
-[[noreturn]] void Refuse(int number, const QString& key, const QString& what) {
-    throw RuntimeError(number, u"%1: %2"_s.arg(key, what));
-}
-
-int ReadInteger(const Json& value, const QString& key, int low, int high) {
-    if (!value.is_number_integer()) Refuse(kErrorTypeMismatch, key, u"整数ではありません。"_s);
-    // A JSON integer above the signed range would turn negative on the way.
-    const bool huge = value.is_number_unsigned() && value.get<quint64>() > std::numeric_limits<qint32>::max();
-    const qint64 number = huge ? std::numeric_limits<qint64>::max() : value.get<qint64>();
-    if (number < low || number > high)
-        Refuse(kErrorSubscript, key, u"%1 から %2 までの数ではありません。"_s.arg(low).arg(high));
-    return static_cast<int>(number);
-}
-
 // A condition into a column's header and lines; what lies behind them stays zero.
-void ReadCondition(const Json& value, const QString& key, std::span<LimitLine> column) {
-    if (!value.is_object()) Refuse(kErrorTypeMismatch, key, u"Mask と Lines を持つオブジェクトではありません。"_s);
-    for (const auto& [name, part] : value.items()) {
-        const QString partKey = key + u'.' + QString::fromStdString(name);
-        if (name == "Mask") {
-            column[0].b = static_cast<qint16>(ReadInteger(part, partKey, kMinInt16, kMaxInt16));
-        } else if (name == "Lines") {
-            if (!part.is_array()) Refuse(kErrorTypeMismatch, partKey, u"配列ではありません。"_s);
-            if (part.size() > kMaxJsonLines)
-                Refuse(kErrorSubscript, partKey, u"%1 行を超えています。"_s.arg(kMaxJsonLines));
-            for (size_t i = 0; i < part.size(); ++i) {
-                const QString lineKey = u"%1[%2]"_s.arg(partKey).arg(i);
-                if (!part[i].is_array() || part[i].size() != 2)
-                    Refuse(kErrorTypeMismatch, lineKey, u"[a, b] ではありません。"_s);
-                column[i + 1].a = static_cast<qint16>(ReadInteger(part[i][0], lineKey, kMinInt16, kMaxInt16));
-                column[i + 1].b = static_cast<qint16>(ReadInteger(part[i][1], lineKey, kMinInt16, kMaxInt16));
-            }
-        } else {
-            Refuse(kErrorTypeMismatch, partKey, u"知らない項目です。"_s);
+void ReadCondition(const Json& value, const QString& place, std::span<LimitLine> column) {
+    JsonFields fields(value, place);
+    fields.Read("Mask", column[0].b);
+    if (const Json* lines = fields.Find("Lines")) {
+        JsonList(*lines, fields.PlaceOf("Lines"), 0, kMaxJsonLines);
+        for (size_t i = 0; i < lines->size(); ++i) {
+            const QString linePlace = ElementPlace(fields.PlaceOf("Lines"), static_cast<qsizetype>(i));
+            const Json& pair = JsonList((*lines)[i], linePlace, 2, 2);
+            column[i + 1] = {JsonInteger16(pair[0], linePlace), JsonInteger16(pair[1], linePlace)};
         }
     }
+    fields.RefuseOthers();
 }
 
 Json Condition(std::span<const LimitLine> column) {
@@ -69,72 +40,16 @@ Json Condition(std::span<const LimitLine> column) {
     return {{"Mask", column[0].b}, {"Lines", std::move(lines)}};
 }
 
-// The members of one JSON object, each taken once; what nobody asked for is refused at the end.
-class Members {
-  public:
-    explicit Members(const Json& object) : object_(object) {}
-
-    const Json* Find(const char* key) {
-        known_.insert(key);
-        const auto found = object_.find(key);
-        return found == object_.end() ? nullptr : &*found;
-    }
-    void Integer(const char* key, qint16& field, int low, int high) {
-        if (const Json* value = Find(key))
-            field = static_cast<qint16>(ReadInteger(*value, QString::fromUtf8(key), low, high));
-    }
-    void Number(const char* key, double& field) {
-        const Json* value = Find(key);
-        if (value && !value->is_number()) Refuse(kErrorTypeMismatch, QString::fromUtf8(key), u"数ではありません。"_s);
-        if (value) field = value->get<double>();
-    }
-    void Text(const char* key, QString& field) {
-        const Json* value = Find(key);
-        if (value && !value->is_string())
-            Refuse(kErrorTypeMismatch, QString::fromUtf8(key), u"文字列ではありません。"_s);
-        if (value) field = QString::fromStdString(value->get_ref<const std::string&>());
-    }
-    void Boolean(const char* key, bool& field) {
-        const Json* value = Find(key);
-        if (value && !value->is_boolean())
-            Refuse(kErrorTypeMismatch, QString::fromUtf8(key), u"true でも false でもありません。"_s);
-        if (value) field = value->get<bool>();
-    }
-    void RefuseOthers() const {
-        for (const auto& [name, value] : object_.items())
-            if (!known_.contains(name))
-                Refuse(kErrorTypeMismatch, QString::fromStdString(name), u"知らない項目です。"_s);
-    }
-
-  private:
-    const Json& object_;
-    std::set<std::string> known_;
-};
-
-void ReadLimits(Members& members, TotalOption& option) {
-    if (const Json* limits = members.Find("Limits")) {
-        const QString key = u"Limits"_s;
-        if (!limits->is_array()) Refuse(kErrorTypeMismatch, key, u"配列ではありません。"_s);
-        if (limits->size() < 2 || limits->size() > kMaxLimitColumns + 1)
-            Refuse(kErrorSubscript, key,
-                   u"全体の限定と、1 から %1 までの個別の限定がありません。"_s.arg(kMaxLimitColumns));
+void ReadLimits(JsonFields& fields, TotalOption& option) {
+    if (const Json* limits = fields.Find("Limits")) {
+        // The whole limit, and at least one individual one.
+        JsonList(*limits, u"Limits"_s, 2, kMaxLimitColumns + 1);
         for (size_t column = 0; column < limits->size(); ++column)
-            ReadCondition((*limits)[column], u"Limits[%1]"_s.arg(column),
+            ReadCondition((*limits)[column], ElementPlace(u"Limits"_s, static_cast<qsizetype>(column)),
                           option.Limits.Column(static_cast<int>(column)));
         option.LimitCount = static_cast<qint16>(limits->size() - 1);
     }
-    const int columns = option.LimitCount;
-    members.Integer("LimitCount", option.LimitCount, columns, columns);
-}
-
-Json ParseObject(const QByteArray& json) {
-    try {
-        Json object = Json::parse(json.begin(), json.end());
-        if (object.is_object()) return object;
-    } catch (const Json::exception& error) {
-        throw RuntimeError(kErrorTypeMismatch, QString::fromUtf8(error.what()));
-    }
-    throw RuntimeError(kErrorTypeMismatch, u"TotalOption のオブジェクトではありません。"_s);
+    fields.CheckCount("LimitCount", option.LimitCount);
 }
 
 }  // namespace
@@ -160,37 +75,37 @@ void SetCrossPreLimit(TotalOption& option, const Survey& survey) {
 }
 
 TotalOption ReadTotalOptionJson(const QByteArray& json, const Survey& survey) {
-    const Json object = ParseObject(json);
-    Members members(object);
+    const Json object = ParseJson(json);
+    JsonFields fields(object, QString());
     TotalOption option;
     const int lastQuestion = survey.QuestionCount - 1;
-    members.Text("Nname", option.Nname);
-    members.Integer("TotalKind", option.TotalKind, kTable, kEssayList);
+    fields.Read("Nname", option.Nname);
+    fields.Read("TotalKind", option.TotalKind, kTable, kEssayList);
     const bool isTable = option.TotalKind == kTable;
-    members.Integer("FromQno", option.FromQno, 0, lastQuestion);
+    fields.Read("FromQno", option.FromQno, 0, lastQuestion);
     option.ToQno = option.FromQno;
-    members.Integer("ToQno", option.ToQno, isTable ? option.FromQno : 0, lastQuestion);
-    members.Integer("Rank", option.Rank, 0, kMaxAnswers);
-    if (const Json* limit = members.Find("ExLimit")) {
+    fields.Read("ToQno", option.ToQno, isTable ? option.FromQno : 0, lastQuestion);
+    fields.Read("Rank", option.Rank, 0, kMaxAnswers);
+    if (const Json* limit = fields.Find("ExLimit")) {
         std::array<LimitLine, 16> lines{};
         ReadCondition(*limit, u"ExLimit"_s, lines);
         option.ExLimit = LimitList(LimitColumn(lines));
     }
-    ReadLimits(members, option);
+    ReadLimits(fields, option);
     if (isTable) {
-        members.Integer("CrossQno", option.CrossQno, 0, lastQuestion);
-        members.Integer("CrossMode", option.CrossMode, kCrossQuestion, kCrossFree);
+        fields.Read("CrossQno", option.CrossQno, 0, lastQuestion);
+        fields.Read("CrossMode", option.CrossMode, kCrossQuestion, kCrossFree);
     } else {
-        members.Integer("CrossQno", option.CrossQno, 0, survey.Questions[option.FromQno].ChoiceCount);
-        members.Integer("CrossMode", option.CrossMode, kEssayNoCondition, kEssayAny);
+        fields.Read("CrossQno", option.CrossQno, 0, survey.Questions[option.FromQno].ChoiceCount);
+        fields.Read("CrossMode", option.CrossMode, kEssayNoCondition, kEssayAny);
     }
-    members.Text("EssayText", option.EssayText);
-    members.Number("NumLow", option.NumLow);
-    members.Number("NumHigh", option.NumHigh);
-    members.Text("CodeLow", option.CodeLow);
-    members.Text("CodeHigh", option.CodeHigh);
-    members.Boolean("Rough", option.Rough);
-    members.RefuseOthers();
+    fields.Read("EssayText", option.EssayText);
+    fields.Read("NumLow", option.NumLow);
+    fields.Read("NumHigh", option.NumHigh);
+    fields.Read("CodeLow", option.CodeLow);
+    fields.Read("CodeHigh", option.CodeHigh);
+    fields.Read("Rough", option.Rough);
+    fields.RefuseOthers();
     return option;
 }
 

@@ -49,8 +49,7 @@ void SetCrossPreLimit(TotalOption& option, const Survey& survey);
 
 // A TotalOption as JSON, its field names as keys, each condition as {"Mask": n, "Lines": [[a, b], ...]}, Limits with
 // column 0 first. Absent keys keep their defaults; an absent ToQno is FromQno, an absent LimitCount the number of
-// individual conditions given. RuntimeError whose text names the key that is wrong (13: its type, or unknown; 9: its
-// value).
+// individual conditions given. RuntimeError as strict_json.h tells.
 TotalOption ReadTotalOptionJson(const QByteArray& json, const Survey& survey);
 QByteArray WriteTotalOptionJson(const TotalOption& option);
 

@@ -14,13 +14,11 @@
 #pragma once
 
 #include <deque>
-#include <nlohmann/json.hpp>
 
+#include "core/strict_json.h"
 #include "core/user_interface.h"
 
 namespace quibra {
-
-using Json = nlohmann::ordered_json;
 
 class RecordedInterface : public UserInterface {
   public:
