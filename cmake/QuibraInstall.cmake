@@ -6,7 +6,12 @@ include(GNUInstallDirs)
 # levels deep, since CPack has the package call ldconfig for a library in lib or right below.
 set(companion_dir ${CMAKE_INSTALL_LIBDIR}/quibra/companion)
 file(RELATIVE_PATH bin_to_companion ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/quibra/companion)
-set_target_properties(quibra quibra-cli PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_companion}")
+# The library lies in the build as it is installed, so that the run path is the same: one that install has to rewrite is
+# filled up in the build with empty entries, and an empty entry means the folder that the program is started in.
+set_target_properties(quibra quibra-cli PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_companion}"
+                                                   BUILD_WITH_INSTALL_RPATH ON)
+set_target_properties(quibra_companion PROPERTIES
+                      LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${bin_to_companion})
 # All symbols are resolved at the start, so that the table of their addresses can be made read-only.
 foreach(target IN ITEMS quibra quibra-cli quibra_companion)
   target_link_options(${target} PRIVATE LINKER:-z,relro,-z,now)

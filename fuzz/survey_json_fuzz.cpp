@@ -3,16 +3,16 @@
 #include <cstdlib>
 
 #include "core/survey_json.h"
+#include "support/survey_bytes.h"
 
 namespace {
 
-quibra::Survey Read(const QByteArray& text) {
+const quibra::Survey& Read(const QByteArray& text) {
+    static quibra::Survey survey;
     QBuffer device;
     device.setData(text);
     device.open(QIODevice::ReadOnly);
-    quibra::Survey survey;
-    quibra::NewSurveyHead(survey, QString());
-    quibra::NewSurveyBody(survey);
+    quibra::MakeNewAgain(survey);
     quibra::ReadSurveyJson(device, survey);
     return survey;
 }

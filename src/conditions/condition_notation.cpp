@@ -6,6 +6,8 @@
 
 #include "companion/limit_terms.h"
 
+#include "core/display_width.h"
+
 using namespace Qt::StringLiterals;
 
 namespace quibra {
@@ -106,26 +108,6 @@ QString ConditionReader::Append(int kind, int rank, int question, int choice) {
     return QString();
 }
 
-// Columns that a piece of text takes up where each character of a Japanese font is one or two columns wide. The halves
-// of a surrogate pair count one each.
-int Columns(QStringView text) {
-    static constexpr std::array<std::pair<char16_t, char16_t>, 7> kWide{{{0x1100, 0x115F},
-                                                                         {0x2E80, 0xA4CF},
-                                                                         {0xAC00, 0xD7A3},
-                                                                         {0xF900, 0xFAFF},
-                                                                         {0xFE30, 0xFE4F},
-                                                                         {0xFF01, 0xFF60},
-                                                                         {0xFFE0, 0xFFE6}}};
-    int columns = 0;
-    for (const QChar character : text) {
-        const char16_t code = character.unicode();
-        const bool isWide = std::any_of(kWide.begin(), kWide.end(),
-                                        [&](const auto& range) { return range.first <= code && code <= range.second; });
-        columns += isWide ? 2 : 1;
-    }
-    return columns;
-}
-
 }  // namespace
 
 bool ParseCondition(const Survey& survey, const QString& text, LimitList& list, NotationError& error) {
@@ -150,8 +132,8 @@ QString NotationErrorText(const QString& text, const NotationError& error) {
     for (QChar& character : line)
         if (character.isSpace() && character != u'\u3000') character = u' ';
     const QStringView view(line);
-    const int before = Columns(view.first(error.position));
-    const int under = Columns(view.sliced(error.position, error.length));
+    const int before = DisplayWidth(view.first(error.position));
+    const int under = DisplayWidth(view.sliced(error.position, error.length));
     return error.message + u'\n' + line + u'\n' + QString(before, u' ') + QString(under, u'^');
 }
 

@@ -12,6 +12,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// The figure that the cells show, without its sign.
+double Percent(float share) {
+    return PercentText(share).chopped(1).toDouble();
+}
+
 Json BlockLimitJson(const Survey& survey, const std::vector<BlockRow>& block) {
     const BlockRow& total = block.back();
     Json rows = Json::array();
@@ -21,10 +26,9 @@ Json BlockLimitJson(const Survey& survey, const std::vector<BlockRow>& block) {
         rows.push_back({{"Cno", c},
                         {"Text", ChoiceLabel(survey, q, c, false, false).toStdString()},
                         {"Count", row.Figure},
-                        {"Percent", PercentText(row.Share).toStdString()}});
+                        {"Percent", Percent(row.Share)}});
     }
-    return {
-        {"Persons", total.Figure}, {"PercentSum", PercentText(total.Share).toStdString()}, {"Rows", std::move(rows)}};
+    return {{"Persons", total.Figure}, {"PercentSum", Percent(total.Share)}, {"Rows", std::move(rows)}};
 }
 
 Json TextArray(const QStringList& texts) {

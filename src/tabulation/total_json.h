@@ -1,4 +1,4 @@
-// Results as JSON, for scripts.
+// Results as JSON, for scripts: docs/RESULT_JSON.md tells the keys and promises which of them stay.
 #pragma once
 
 #include <QByteArray>

@@ -62,6 +62,12 @@ class PackageTest(unittest.TestCase):
         for path in (self.unpacked / "bin/quibra", self.unpacked / "bin/quibra-cli"):
             self.assertNotIn(os.fsencode(BUILD), path.read_bytes(), path)
 
+    def test_programs_look_for_libraries_in_one_place(self):
+        for program in ("quibra", "quibra-cli"):
+            for folder in (self.unpacked / "bin", BUILD / "bin"):
+                path = re.search(r"Library runpath: \[(.*)\]", output_of("readelf", "-d", folder / program)).group(1)
+                self.assertRegex(path, r"^\$ORIGIN/\.\./lib[^:]*/quibra/companion$")
+
     def test_command_counts_the_sample_as_the_built_one_does(self):
         arguments = ["total", "share/quibra/samples/residents.qb", "--from", "17", "--cross", "1", "--where", "Q2=2..4"]
         for root in (self.installed, self.unpacked):

@@ -13,20 +13,6 @@ namespace quibra {
 
 namespace {
 
-// Makes a survey new where reading one has written. The tables of a survey are large, and clearing them whole would be
-// nearly all that a fuzzer's run costs.
-void ClearWhatWasRead(Survey& survey) {
-    for (int q = 0; q < kMaxQuestions; ++q) {
-        for (int c = 0; c < std::min<int>(survey.Questions[q].ChoiceCount, kMaxChoices); ++c)
-            survey.Choices(c, q) = ChoiceRec();
-        std::ranges::fill(survey.QLimit.Column(q), LimitLine());
-        survey.Questions[q] = QuestionRec();
-    }
-    survey.PreLimit = {};
-    survey.LineFlag.Fill(false);
-    NewSurveyHead(survey, u"/"_s);
-}
-
 // Into a survey that is new.
 bool ReadBytes(QByteArrayView bytes, Survey& survey) {
     ByteReader in(bytes);
@@ -42,6 +28,31 @@ bool ReadBytes(QByteArrayView bytes, Survey& survey) {
 }
 
 }  // namespace
+
+void MakeNewAgain(Survey& survey) {
+    static const Survey fresh = [] {
+        Survey made;
+        NewSurveyHead(made, u"/"_s);
+        NewSurveyBody(made);
+        return made;
+    }();
+    for (int q = 0; q < std::clamp<int>(survey.QuestionCount, 1, kMaxQuestions); ++q) {
+        for (int c = 0; c < std::clamp<int>(survey.Questions[q].ChoiceCount, 2, kMaxChoices); ++c)
+            survey.Choices(c, q) = fresh.Choices(c, q);
+        std::ranges::copy(fresh.QLimit.Column(q), survey.QLimit.Column(q).begin());
+        survey.Questions[q] = fresh.Questions[q];
+    }
+    survey.Title = fresh.Title;
+    survey.Editor = fresh.Editor;
+    survey.QuestionCount = fresh.QuestionCount;
+    survey.CorrectFlags = fresh.CorrectFlags;
+    survey.PreLimit = fresh.PreLimit;
+    survey.LineStart = fresh.LineStart;
+    survey.LineFlag = fresh.LineFlag;
+    NewSurveyHead(survey, u"/"_s);
+    RecalcLayout(survey);
+    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
+}
 
 bool ReadSurveyBytes(QByteArrayView bytes, Survey& survey) {
     NewSurveyHead(survey, u"/"_s);
@@ -62,14 +73,14 @@ QString RoundTripFault(QByteArrayView bytes) {
     static Survey survey;
     QByteArray written;
     try {
-        ClearWhatWasRead(survey);
+        MakeNewAgain(survey);
         if (!ReadBytes(bytes, survey)) return QString();
         written = WriteSurveyBytes(survey);
     } catch (const RuntimeError&) {
         return QString();
     }
     try {
-        ClearWhatWasRead(survey);
+        MakeNewAgain(survey);
         if (!ReadBytes(written, survey)) return u"what was written is no survey"_s;
         if (WriteSurveyBytes(survey) != written) return u"what was written reads as another survey"_s;
     } catch (const RuntimeError& error) {

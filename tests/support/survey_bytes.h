@@ -12,6 +12,10 @@ namespace quibra {
 bool ReadSurveyBytes(QByteArrayView bytes, Survey& survey);
 QByteArray WriteSurveyBytes(const Survey& survey);
 
+// Makes a survey new where reading one, whole or not, has written. Its tables are large: to make and clear them whole
+// would be nearly all that a fuzzer's run costs.
+void MakeNewAgain(Survey& survey);
+
 // What must hold for any bytes: they are refused, or they are a survey which, once written, reads and writes the same
 // for ever. An empty text when it holds, else what does not.
 QString RoundTripFault(QByteArrayView bytes);

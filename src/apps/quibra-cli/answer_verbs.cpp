@@ -51,6 +51,10 @@ Answers ReadAnswers(const Survey& survey, int q, const QStringList& words) {
         throw Refusal{u"Q%1 の回答は%2つまでです"_s.arg(q + 1).arg(survey.Questions[q].Anum)};
     for (const QString& word : words)
         ReadAnswer(survey, q, word, answers);
+    for (int i = 0; i < answers.count; ++i)
+        if (answers.count > 1 && survey.Choices(answers.choices[static_cast<size_t>(i)], q).Has(kExclusive))
+            throw Refusal{u"Q%1 の選択肢 %2 は他の回答と一緒には選べません"_s.arg(q + 1).arg(
+                answers.choices[static_cast<size_t>(i)])};
     return answers;
 }
 

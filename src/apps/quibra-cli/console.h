@@ -4,6 +4,7 @@
 
 #include <QIODevice>
 #include <QString>
+#include <memory>
 
 namespace quibra {
 
@@ -16,13 +17,20 @@ struct Refusal {
 };
 [[noreturn]] void RefuseUsage(const QString& reason);
 
+// A file to read from its start, or standard input, taken whole, when its name is "-". Refuses what can't be read.
+std::unique_ptr<QIODevice> OpenInput(const QString& path);
+
+// Text as a terminal may show it: control characters other than tabs and line ends as their pictures, so that a
+// survey's text or a path can't move the cursor, change colours or type for the user.
+QByteArray ShownOnTerminal(const QByteArray& text);
+
 // One line on standard error.
 void ErrorLine(const QString& text);
 
 // Standard output.
 class StandardOutput : public QIODevice {
   public:
-    StandardOutput() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
+    StandardOutput();
     bool isSequential() const override { return true; }
 
     // Writes all of it or throws a RuntimeError.
@@ -36,6 +44,7 @@ class StandardOutput : public QIODevice {
     qint64 writeData(const char* data, qint64 size) override;
 
   private:
+    bool terminal_;
     int error_ = 0;
 };
 

@@ -1,9 +1,7 @@
 #include "apps/quibra-cli/opened_survey.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
-#include <cstdio>
 
 #include "session/survey_file.h"
 
@@ -15,10 +13,7 @@ namespace {
 
 // Without its line end; a word in a file of its own is not seen by others on the machine.
 QString FirstLineOf(const QString& path) {
-    QFile file(path);
-    const bool opened = path == u"-" ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
-    if (!opened) throw Refusal{u"%1 を読めません。%2"_s.arg(path, file.errorString())};
-    QString line = QString::fromUtf8(file.readLine());
+    QString line = QString::fromUtf8(OpenInput(path)->readLine());
     while (line.endsWith(u'\n') || line.endsWith(u'\r'))
         line.chop(1);
     return line;

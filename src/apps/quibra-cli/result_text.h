@@ -1,4 +1,4 @@
-// The cells of a result as text: all columns, the rows below the fixed one, UTF-8.
+// The cells of a result as text: the rows below the fixed one, UTF-8.
 #pragma once
 
 #include <QByteArray>
@@ -7,9 +7,10 @@
 
 namespace quibra {
 
-// Tabs between the cells, a line feed behind each row; the cells as they are.
+// All columns: tabs between the cells, a line feed behind each row. A line end inside a cell becomes "↵".
 QByteArray GridAsText(const ResultGrid& grid);
-// RFC 4180: commas between the cells, CR LF behind each row, quoted where a cell holds one of these or a quote.
+// The columns that hold something, by RFC 4180: commas between the cells, CR LF behind each row, quoted where a cell
+// holds one of these or a quote.
 QByteArray GridAsCsv(const ResultGrid& grid);
 
 }  // namespace quibra

@@ -1,11 +1,12 @@
 // info, dump, build and convert: surveys as files.
-#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <memory>
 
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/verbs.h"
 #include "core/binary_file.h"
+#include "core/display_width.h"
 #include "core/labels.h"
 #include "core/survey_json.h"
 #include "core/survey_reader.h"
@@ -16,15 +17,6 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 namespace {
-
-// Columns that a text takes on a terminal: two a character, one for ASCII and half-width kana.
-int DisplayWidth(const QString& text) {
-    int width = 0;
-    for (const QChar character : text)
-        width +=
-            character.unicode() < 0x1100 || (character.unicode() >= 0xFF61 && character.unicode() <= 0xFF9F) ? 1 : 2;
-    return width;
-}
 
 QString InfoLine(const QString& label, const QString& value) {
     constexpr int kLabelWidth = 18;
@@ -108,15 +100,12 @@ int RunDump(const VerbLine& line, StandardOutput& out) {
 
 int RunBuild(const VerbLine& line, StandardOutput& /*out*/) {
     const QString source = line.Argument(0);
-    QFile file(source);
-    if (!file.exists()) throw Refusal{source + u"が見つかりません"_s};
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        throw Refusal{u"%1 を読めません。%2"_s.arg(source, file.errorString())};
+    const std::unique_ptr<QIODevice> file = OpenInput(source);
     ConsoleInterface console(false);
     SurveySession session(console, ProgramDirectory());
     session.NewSurvey();
     try {
-        ReadSurveyJson(file, session.survey);
+        ReadSurveyJson(*file, session.survey);
     } catch (const RuntimeError& error) {
         throw Refusal{u"%1：%2"_s.arg(source, error.Text())};
     }
@@ -161,16 +150,18 @@ Verb DumpVerb() {
 }
 
 Verb BuildVerb() {
-    return {.name = u"build"_s,
-            .summary = u"JSON からアンケートを作る"_s,
-            .arguments = u"DEF.json OUT.qb"_s,
-            .text =
-                u"dump と同じ形の JSON からアンケートを作って保存します。"_s
-                u"サンプルはなくても、順不同でもかまいません。"_s,
-            .english =
-                u"Makes a survey of JSON in the form that dump writes. Samples may be missing or stand in any order."_s,
-            .options = QList<VerbOption>{},
-            .run = RunBuild};
+    return {
+        .name = u"build"_s,
+        .summary = u"JSON からアンケートを作る"_s,
+        .arguments = u"DEF.json OUT.qb"_s,
+        .text =
+            u"dump と同じ形の JSON からアンケートを作って保存します。DEF.json が - なら標準入力から読みます。"_s
+            u"サンプルはなくても、順不同でもかまいません。"_s,
+        .english =
+            u"Makes a survey of JSON in the form that dump writes; DEF.json may be -, standard input. Samples may be "
+            u"missing or stand in any order."_s,
+        .options = QList<VerbOption>{},
+        .run = RunBuild};
 }
 
 Verb ConvertVerb() {

@@ -1,5 +1,6 @@
 // total and essays: results of a survey.
-#include <QFile>
+#include <QIODevice>
+#include <memory>
 
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/result_text.h"
@@ -24,13 +25,17 @@ void SetCondition(const Survey& survey, const QString& text, TotalOption& option
 }
 
 QList<VerbOption> ResultOptions() {
-    return QList<VerbOption>{{.name = u"format"_s,
-                              .value = u"FORMAT"_s,
-                              .text = u"text（タブ区切り。指定しないときと同じ）、json、csv、html（コードページ932）"_s,
-                              .english =
-                                  u"text (cells parted by tabs, as without this option), json, csv or html. All are in "
-                                  u"UTF-8, but html in code page 932."_s,
-                              .choices = {u"text"_s, u"json"_s, u"csv"_s, u"html"_s}}} +
+    return QList<VerbOption>{
+               {.name = u"format"_s,
+                .value = u"FORMAT"_s,
+                .text = u"text（タブ区切り。指定しないときと同じ）、json、csv、html（コードページ932）"_s,
+                .english = u"text (cells parted by tabs, as without this option), json, csv or html. All are in "
+                           u"UTF-8, but html in code page 932."_s,
+                .choices = {u"text"_s, u"json"_s, u"csv"_s, u"html"_s}},
+               {.name = u"bom"_s,
+                .value = {},
+                .text = u"csv の先頭に UTF-8 の印を付ける（表計算ソフトのため）"_s,
+                .english = u"Begins csv with the mark of UTF-8, for spreadsheets."_s}} +
            SurveyOptions();
 }
 
@@ -65,11 +70,9 @@ class ConsoleMonitor : public TotalMonitor {
 };
 
 TotalOption OptionFromFile(const QString& path, const Survey& survey) {
-    QFile file(path);
-    if (!file.exists()) throw Refusal{path + u"が見つかりません"_s};
-    if (!file.open(QIODevice::ReadOnly)) throw Refusal{u"%1 を読めません。%2"_s.arg(path, file.errorString())};
+    const std::unique_ptr<QIODevice> file = OpenInput(path);
     try {
-        return ReadTotalOptionJson(file.readAll(), survey);
+        return ReadTotalOptionJson(file->readAll(), survey);
     } catch (const RuntimeError& error) {
         throw Refusal{u"%1：%2"_s.arg(path, error.Text())};
     }
@@ -159,11 +162,16 @@ TotalOption EssayOption(const VerbLine& line, const Survey& survey) {
     return option;
 }
 
-void PrintResult(const Survey& survey, const TotalSheet& sheet, const QString& format, StandardOutput& out) {
+void CheckBom(const VerbLine& line) {
+    if (line.Has(u"bom"_s) && line.Value(u"format"_s) != u"csv") RefuseUsage(u"--bom は --format csv と使います"_s);
+}
+
+void PrintResult(const Survey& survey, const TotalSheet& sheet, const VerbLine& line, StandardOutput& out) {
+    const QString format = line.Value(u"format"_s);
     if (format == u"html")
         out.Print(WriteHtml(survey, sheet.result, sheet.view, sheet.grid));
     else if (format == u"csv")
-        out.Print(GridAsCsv(sheet.grid));
+        out.Print((line.Has(u"bom"_s) ? QByteArray("\xEF\xBB\xBF") : QByteArray()) + GridAsCsv(sheet.grid));
     else if (format == u"text")
         out.Print(GridAsText(sheet.grid));
     else if (sheet.result.option.TotalKind == kEssayList)
@@ -176,7 +184,7 @@ int RunTotal(const VerbLine& line, StandardOutput& out) {
     line.AllowOneOf({u"cross"_s, u"predefined"_s, u"column"_s, u"option"_s});
     for (const QString& other : {u"from"_s, u"to"_s, u"where"_s, u"rank"_s, u"rough"_s})
         line.AllowOneOf({u"option"_s, other});
-    const QString format = line.Value(u"format"_s);
+    CheckBom(line);
     const TotalView view = TableView(line);
 
     OpenedSurvey opened(line, line.Argument(0), Access::Show);
@@ -185,13 +193,12 @@ int RunTotal(const VerbLine& line, StandardOutput& out) {
     TotalSheet sheet(opened.Data(), opened.Console(), monitor, widths);
     sheet.view = view;
     sheet.DoTotal(TableOption(line, opened.Data()));
-    PrintResult(opened.Data(), sheet, format, out);
+    PrintResult(opened.Data(), sheet, line, out);
     return kDone;
 }
 
 int RunEssays(const VerbLine& line, StandardOutput& out) {
-    const QString format = line.Value(u"format"_s);
-
+    CheckBom(line);
     OpenedSurvey opened(line, line.Argument(0), Access::Show);
     const Survey& survey = opened.Data();
     ConsoleMonitor monitor(opened.Console());
@@ -201,7 +208,7 @@ int RunEssays(const VerbLine& line, StandardOutput& out) {
         sheet.result.RefQno.push_back(QuestionArgument(survey, ref));
     sheet.result.FromDno = line.Number(u"from-dno"_s, 0, std::numeric_limits<qint32>::max(), 0);
     sheet.DoTotal(EssayOption(line, survey));
-    PrintResult(survey, sheet, format, out);
+    PrintResult(survey, sheet, line, out);
     if (sheet.result.HasNext) ErrorLine(u"続きは --from-dno %1 で表示します。"_s.arg(sheet.result.FromDno));
     return kDone;
 }
