@@ -208,6 +208,7 @@ void SampleChangeLog::Recorder::BeginRewrite(const Renumbering& map, int questio
     starts_.resize(map.QuestionMap.size() + 1);
     for (size_t q = 0; q < map.QuestionMap.size(); ++q)
         if (map.QuestionMap[q] >= 0) sources_.at(static_cast<size_t>(map.QuestionMap[q])) = static_cast<int>(q);
+    record_.Rewrite = true;
     if (!IsIdentity(map)) record_.Map = map;
 }
 
@@ -276,6 +277,8 @@ SampleChangeLog::~SampleChangeLog() = default;
 void SampleChangeLog::Restart() {
     lives_.clear();
     number_ = 0;
+    for (SampleChangeListener* listener : listeners_)
+        listener->OnRestart();
 }
 
 void SampleChangeLog::Repeat(const SampleChangeRecord& record) {

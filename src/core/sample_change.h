@@ -31,6 +31,8 @@ class SampleChangeListener {
     virtual ~SampleChangeListener() = default;
     // At the end of a change. The survey is as the record left it. Must not change samples.
     virtual void OnSampleChange(const SampleChangeRecord& record) = 0;
+    // What comes now belongs to another survey.
+    virtual void OnRestart() {}
 };
 
 // The answers of one sample as lists beside each other: a count a question, the answers behind each other. See

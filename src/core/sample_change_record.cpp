@@ -56,7 +56,7 @@ bool SampleNames::SetBytes(QByteArrayView bytes, qint64 count) {
 }
 
 bool SampleChangeRecord::IsEmpty() const {
-    return Map.QuestionMap.empty() && Deleted.Count() == 0 && Renamed.empty() && Added.Count() == 0 && Answers.empty();
+    return !Rewrite && Deleted.Count() == 0 && Renamed.empty() && Added.Count() == 0 && Answers.empty();
 }
 
 }  // namespace quibra

@@ -22,6 +22,7 @@ enum class ChangeCause : qint8 {
     BatchAdd = 7,
     Rewrite = 8,
     Undo = 9,
+    Recode = 10,  // texts of coded answers, while the definition is being edited
 };
 
 // A sample for all time. An ID that was freed is issued again: its lives are counted, from 0 with the survey's opening.
@@ -92,8 +93,9 @@ struct SampleChangeRecord {
     QString Who;
     QString Machine;
     ChangeCause Cause = ChangeCause::Typing;
-    // Of a rewrite that has renumbered something, else empty: what became of all samples first. Answers tells what else
-    // became of them; answers that have just followed the map, none of them lost, have no entry.
+    // The definition was edited, and all samples were rewritten. First they followed the map, which is empty where nothing
+    // was renumbered; Answers tells what else became of them. Answers that have just followed it have no entry.
+    bool Rewrite = false;
     Renumbering Map;
 
     SampleNames Deleted;

@@ -71,6 +71,7 @@ bool AskToSaveChanges(SurveySession& session) {
         case Answer::Yes:
             return SaveSurvey(session);
         case Answer::No:
+            session.DeclineChanges();
             return true;
         default:
             return false;

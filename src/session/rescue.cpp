@@ -53,6 +53,7 @@ QString LeaveUnasked(SurveySession& session) noexcept {
     // The windows are not told: what they stand on may be gone.
     RecentAdd(session.settings, rescued);
     session.WriteSettings();
+    if (!rescued.isEmpty()) session.InStepWith(rescued);
     return rescued;
 }
 

@@ -275,6 +275,7 @@ int SurveyLoad(SurveySession& session, QString& path, int mode) {
         survey.FileName = path;
         survey.SavedSampleCount = survey.SampleCount();
         survey.SavedTime = QDateTime::currentDateTime();
+        session.InStepWith(path);
         session.RecentAdd(path);
         session.Lock();
         result = kLoaded;
@@ -311,6 +312,7 @@ bool SurveySave(SurveySession& session, const QString& path, const std::vector<q
             Survey& survey = session.survey;
             survey.SavedSampleCount = survey.SampleCount();
             session.ChangedOff();
+            if (!places) session.InStepWith(path);
             session.RecentAdd(path);
             survey.SavedTime = QDateTime::currentDateTime();
             return;

@@ -15,6 +15,12 @@ void SurveySession::SetChanged(bool on) {
     Refresh();
 }
 
+void SurveySession::SetDraft(const std::optional<SheetDraft>& draft) {
+    if (draft_ == draft) return;
+    draft_ = draft;
+    Q_EMIT DraftChanged();
+}
+
 void SurveySession::NewSurvey() {
     NewSurveyHead(survey, directory_);
     NewSurveyBody(survey);

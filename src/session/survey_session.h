@@ -3,12 +3,14 @@
 #pragma once
 
 #include <QObject>
+#include <optional>
 
 #include "core/sample_change.h"
 #include "core/settings.h"
 #include "core/survey.h"
 #include "core/user_interface.h"
 #include "session/lock.h"
+#include "session/sheet_draft.h"
 
 namespace quibra {
 
@@ -28,6 +30,15 @@ class SurveySession : public QObject {
     void ChangedOn() { SetChanged(true); }
     void ChangedOff() { SetChanged(false); }
     bool IsChanged() const { return menu.mnuFileSave; }
+
+    // What is in memory is what the file at `path` holds: it was just loaded or written whole.
+    void InStepWith(const QString& path) { Q_EMIT InStep(path); }
+    // The user does not want what has changed.
+    void DeclineChanges() { Q_EMIT ChangesDeclined(); }
+
+    // The sheet that is being typed, while it is not read yet.
+    const std::optional<SheetDraft>& Draft() const { return draft_; }
+    void SetDraft(const std::optional<SheetDraft>& draft);
 
     void NewSurvey();
     // The data in memory are no longer to be trusted: nothing may be saved or shown.
@@ -51,12 +62,16 @@ class SurveySession : public QObject {
   Q_SIGNALS:
     // Title, file, numbers of questions or samples, the lock, the changed mark or the recent files may be others.
     void StateChanged();
+    void InStep(const QString& path);
+    void ChangesDeclined();
+    void DraftChanged();
 
   private:
     void SetChanged(bool on);
 
     QString directory_;
     QString settingsPath_;
+    std::optional<SheetDraft> draft_;
 };
 
 }  // namespace quibra
