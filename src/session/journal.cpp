@@ -85,14 +85,17 @@ QString Journal::Failure() const {
 
 void Journal::OnSampleChange(const SampleChangeRecord& record) {
     declined_ = false;
-    if (!Start()) return;
+    const bool started = Start();
+    if (!Failure().isEmpty()) TellFailure();
+    if (!started) return;
     // Texts are coded anew while the questionnaire is being edited: it is not yet the one by which samples lie.
     if (record.Cause != ChangeCause::Recode && DefinitionOf(session_.survey) != definition_) AppendDefinition();
     file_->Append(JournalContent(record));
 }
 
 void Journal::OnStateChanged() {
-    if (!session_.IsChanged() || session_.IsDead()) return;
+    // Before the first step a load may be under way.
+    if (definition_ == 0 || !session_.IsChanged() || session_.IsDead()) return;
     // Another shape comes with the record of its rewrite, unless there is nothing to rewrite.
     const Survey& survey = session_.survey;
     const bool fits = ShapeOf(survey) == shape_ || survey.SampleCount() == 0;
@@ -149,6 +152,16 @@ void Journal::AppendDefinition() {
     WriteSurvey(out, survey, &none, [](const QString&, double) { return true; });
     out.Flush();
     file_->Append(JournalContent(JournalDefinition{bytes}));
+}
+
+// From the message loop: a sample is under change here.
+void Journal::TellFailure() {
+    if (std::exchange(toldFailure_, true)) return;
+    const auto tell = [this, failure = Failure()] {
+        session_.ui.Message(failure + u"\r\n入力の控えを書けません。こまめに保存してください。\r\n"_s + folder_,
+                            kWarning);
+    };
+    QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }
 
 void Journal::Discard() {

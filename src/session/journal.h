@@ -4,7 +4,8 @@
 // session/journal_recovery.h.
 //
 // A record is on its way to the disk as soon as a sample has changed, a sheet that is typed a few times a second. The
-// questionnaire goes in front of a record when it is not the one of before.
+// questionnaire goes in front of a record when it is not the one of before. A journal that can't be written hinders
+// nobody; the user is told once.
 #pragma once
 
 #include <QObject>
@@ -36,6 +37,7 @@ class Journal : public QObject, private SampleChangeListener {
     bool Start();
     void AppendDefinition();
     void Discard();
+    void TellFailure();
 
     SurveySession& session_;
     QString folder_;
@@ -45,6 +47,7 @@ class Journal : public QObject, private SampleChangeListener {
     size_t definition_ = 0;  // hash of the questionnaire that the journal or its file has, 0 for none
     size_t shape_ = 0;       // of how its samples lie
     bool declined_ = false;
+    bool toldFailure_ = false;
 };
 
 // Where journals lie: a folder beside the settings file.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -187,6 +188,17 @@ TEST(Journal, ChangedFileIsToldAndWhatDoesNotFitIsKept) {
     EXPECT_TRUE(user.transcript.last().contains(u"残っていた入力は 0件目まで元に戻しました。"_s));
     EXPECT_TRUE(LeftJournals(left).empty());
     EXPECT_TRUE(QFileInfo::exists(left + u"a.journal~"_s));
+}
+
+TEST(Journal, TellsOnceThatItCannotBeWritten) {
+    Rig rig;
+    WriteFileBytes(rig.folder.filePath(u"journal"_s), "in the way");
+    rig.Answer(0, 0, 2);
+    rig.Answer(0, 0, 1);
+    rig.user.TakeTranscript();
+    QCoreApplication::processEvents();
+    ASSERT_EQ(rig.user.transcript.size(), 1);
+    EXPECT_TRUE(rig.user.transcript[0].contains(u"入力の控えを書けません。こまめに保存してください。"_s));
 }
 
 TEST(Journal, DamagedBytesGiveTheEntriesInFrontOfThem) {

@@ -8,6 +8,7 @@
 
 #include "apps/quibra/frm_main.h"
 #include "core/settings.h"
+#include "session/survey_file.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "tree_paths.h"
@@ -62,6 +63,45 @@ TEST_F(Start, LastSurveyIsOfferedAndThePathOfTheCommandLineIsNot) {
     ASSERT_TRUE(program.Run(u"absent.qb\" and more"_s));
     EXPECT_EQ(user.transcript, QStringList{u"message 16 クイブラ: absent.qb\" and moreが見つかりません -> Ok"_s});
     EXPECT_TRUE(program.Main()->isVisible());
+}
+
+TEST_F(Start, WhatWasTypedAndNotSavedIsOfferedFirst) {
+    const QString file = folder.filePath(u"調査.qb"_s);
+    ASSERT_TRUE(QFile::copy(kSample, file));
+    const QString journals = JournalFolder(folders.settings);
+    const QString left = journals + u"left.journal"_s;
+    {
+        SurveySession session(user, folder.path());
+        Journal journal(session, folder.filePath(u"other/"_s));
+        QString path = file;
+        SurveyLoad(session, path, kExpectSurvey);
+        SampleChange(session.changes, ChangeCause::Typing).Delete(session.survey, user, 0);
+        journal.Flush();
+        QDir().mkpath(journals);
+        const QDir other(folder.filePath(u"other"_s));
+        ASSERT_TRUE(QFile::copy(other.filePath(other.entryList(QDir::Files).value(0)), left));
+    }
+    user.transcript.clear();
+    for (const Answer answer : {Answer::Cancel, Answer::Yes, Answer::Yes}) {
+        user.messageAnswers = {answer};
+        StartUp program(user, folders);
+        ASSERT_TRUE(program.Run({}));
+        EXPECT_TRUE(user.TakeTranscript()[0].startsWith(u"message 35 クイブラ: 保存される前に終わってしまった入力"_s));
+        EXPECT_EQ(program.Session().IsChanged(), answer == Answer::Yes);
+        // Restored, it stands in the journal of this program, which is killed in its turn.
+        EXPECT_EQ(QFile::exists(left), answer != Answer::Yes);
+        if (answer != Answer::Yes) continue;
+        EXPECT_EQ(program.Session().survey.SampleCount(), 1999);
+        const QStringList names = QDir(journals).entryList(QDir::Files);
+        ASSERT_EQ(names.size(), 1);
+        ASSERT_TRUE(QFile::copy(journals + names[0], left));
+        program.Session().DeclineChanges();
+    }
+    user.messageAnswers = {Answer::No};
+    StartUp program(user, folders);
+    ASSERT_TRUE(program.Run({}));
+    EXPECT_TRUE(program.Session().IsDead());
+    EXPECT_TRUE(QDir(journals).isEmpty());
 }
 
 TEST_F(Start, SecondCopyBeepsTellsAndEnds) {

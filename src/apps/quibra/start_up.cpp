@@ -45,6 +45,7 @@ bool StartUp::Run(const QString& path) {
     }
     QDir().mkpath(folders_.data);
     session_.ReadSettings(folders_.settings);
+    journal_ = std::make_unique<Journal>(session_, JournalFolder(folders_.settings));
     main_ = std::make_unique<FrmMain>(session_);
     title.hide();  // it would lie over the questions
     OpenFirst(path);
@@ -61,6 +62,7 @@ bool StartUp::IsOnlyCopy() {
 }
 
 void StartUp::OpenFirst(const QString& path) {
+    if (OfferLeftJournals()) return;
     if (!path.isEmpty()) {
         main_->SurveyOpen(path, kExpectSurvey);
         return;
@@ -69,6 +71,33 @@ void StartUp::OpenFirst(const QString& path) {
     if (last.isEmpty()) return;
     if (ui_.Message(last + u"を読み込みますか"_s, kYesNo + kQuestion, u"クイブラダイレクトスタート"_s) == Answer::Yes)
         main_->SurveyOpen(last, kExpectSurvey);
+}
+
+bool StartUp::OfferLeftJournals() {
+    for (const LeftJournal& left : LeftJournals(JournalFolder(folders_.settings))) {
+        const JournalDecision decision = OfferJournal(ui_, left);
+        if (decision == JournalDecision::Discard) DiscardJournal(left);
+        if (decision == JournalDecision::Restore && Restore(left)) return true;
+    }
+    return false;
+}
+
+bool StartUp::Restore(const LeftJournal& left) {
+    const QString& path = left.Contents.Header.Path;
+    if (path.isEmpty()) {
+        session_.NewSurvey();
+        session_.Lock();
+    } else {
+        main_->SurveyOpen(path, kExpectSurvey);
+        // It stays for the next start when its survey can't be read.
+        if (session_.IsDead() || session_.survey.FileName != path) return false;
+    }
+    if (RestoreJournal(session_, left)) {
+        journal_->Flush();
+        // By now all of it is in the journal of this program.
+        if (journal_->Failure().isEmpty()) DiscardJournal(left);
+    }
+    return true;
 }
 
 }  // namespace quibra

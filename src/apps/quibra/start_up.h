@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <memory>
 
+#include "session/journal.h"
+#include "session/journal_recovery.h"
 #include "session/survey_session.h"
 
 namespace quibra {
@@ -30,8 +32,9 @@ class StartUp {
     StartUp(UserInterface& ui, const ProgramFolders& folders);
     ~StartUp();
 
-    // Shows the main window, with the survey at `path` or the one used last when the user wants it. False when another
-    // copy of the program runs; the user has been told.
+    // Shows the main window, with the survey at `path` or the one used last when the user wants it, and first of all
+    // with what was typed into one and never saved. False when another copy of the program runs; the user has been
+    // told.
     bool Run(const QString& path);
 
     SurveySession& Session() { return session_; }
@@ -41,11 +44,15 @@ class StartUp {
   private:
     bool IsOnlyCopy();
     void OpenFirst(const QString& path);
+    // What a killed program has left; true when it is open now.
+    bool OfferLeftJournals();
+    bool Restore(const LeftJournal& left);
 
     UserInterface& ui_;
     ProgramFolders folders_;
     std::unique_ptr<QLockFile> onlyCopy_;
     SurveySession session_;
+    std::unique_ptr<Journal> journal_;
     std::unique_ptr<FrmMain> main_;
 };
 
