@@ -3,41 +3,13 @@
 #include <algorithm>
 #include <numeric>
 
+#include "core/plane_masks.h"
+
 namespace quibra {
 
 namespace {
 
 using Words = const uint64_t*;
-
-// Keeps in `mask` the samples whose field has the bits of `value`. Plane by plane, so that the inner loop is a plain
-// one.
-void KeepEqual(Words planes, int width, int value, int words, BlockMask& mask) {
-    for (int p = 0; p < width; ++p) {
-        const Words plane = planes + p * kPlaneWords;
-        const uint64_t flip = (value >> p) & 1 ? 0 : ~uint64_t{0};
-        for (int w = 0; w < words; ++w)
-            mask[static_cast<size_t>(w)] &= plane[w] ^ flip;
-    }
-}
-
-// Keeps the samples whose field is at most `value` (when `above` is false) or at least (when true): from the highest
-// plane down, a sample is decided where its bit first differs from the value's.
-void KeepOrdered(Words planes, int width, int value, bool above, int words, BlockMask& mask) {
-    BlockMask equal = mask;
-    for (int p = width - 1; p >= 0; --p) {
-        const Words plane = planes + p * kPlaneWords;
-        const bool set = (value >> p) & 1;
-        const uint64_t flip = set ? 0 : ~uint64_t{0};
-        // Where the value's bit is set, a clear one is below it; where it is clear, a set one is above.
-        const uint64_t decides = set == above ? ~uint64_t{0} : 0;
-        for (int w = 0; w < words; ++w) {
-            const auto at = static_cast<size_t>(w);
-            const uint64_t same = plane[w] ^ flip;
-            mask[at] &= ~(equal[at] & ~same & decides);
-            equal[at] &= same;
-        }
-    }
-}
 
 // held |= samples of `among` whose field lies from `low` to `high`.
 void AddInRange(Words planes, int width, int low, int high, const BlockMask& among, int words, BlockMask& held) {
@@ -94,12 +66,7 @@ void BlockCondition::TestTerm(SamplePlanes& planes, const LimitTerm& term, Block
             if (position == 0 && term.low == 0) AddInRange(field, question.BitWidth, 0, 0, answered, words, held);
         }
         if (position + 1 == last) break;
-        for (int w = 0; w < words; ++w) {
-            uint64_t any = 0;
-            for (int p = 0; p < question.BitWidth; ++p)
-                any |= field[p * kPlaneWords + w];
-            answered[static_cast<size_t>(w)] &= any;
-        }
+        KeepFilled(field, question.BitWidth, words, answered);
     }
 }
 

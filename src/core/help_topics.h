@@ -14,6 +14,8 @@ enum HelpTopic {
     kHelpSettings = 140,
     kHelpDialogs = 150,  // the boxes that ask for a choice, a text, questions or a folder
     kHelpProgress = 160,
+    kHelpEntry = 300,
+    kHelpCollect = 310,
     kHelpLimit = 400,
     kHelpTotal = 500,
     kHelpResult = 510,

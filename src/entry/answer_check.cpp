@@ -241,4 +241,14 @@ bool CheckAllLimits(Survey& survey, qint32 dno, const WorkingSample& working, Co
     return changed;
 }
 
+bool CheckSample(Survey& survey, qint32 dno, WorkingSample& working, bool repeats, CorrectionNotice* notice) {
+    // The store leaves alone what has no text.
+    std::fill(working.SlotEssay.begin(), working.SlotEssay.end(), QString());
+    GetAllAnswersEssay(survey, dno, working.AnswerCount.data(), working.SlotCno.data(), working.SlotEssay.data());
+    const bool corrected = CorrectAnswers(survey, working, repeats, notice);
+    if (corrected)
+        SetAllAnswersEssay(survey, dno, working.AnswerCount.data(), working.SlotCno.data(), working.SlotEssay.data());
+    return CheckAllLimits(survey, dno, working, notice) || corrected;
+}
+
 }  // namespace quibra

@@ -61,4 +61,8 @@ bool CheckLimit(Survey& survey, qint32 dno, int q, CorrectionNotice* notice, int
 // notice.
 bool CheckAllLimits(Survey& survey, qint32 dno, const WorkingSample& working, CorrectionNotice* notice);
 
+// All checks on a stored sample; `working` is only for their use. True when the sample was changed. Where there are
+// many samples see entry/answer_scan.h.
+bool CheckSample(Survey& survey, qint32 dno, WorkingSample& working, bool repeats, CorrectionNotice* notice);
+
 }  // namespace quibra

@@ -20,6 +20,18 @@ class ReplyBox {
     virtual void MarkError(int start, int length) = 0;
 };
 
+// A text that no window shows.
+class PlainReply : public ReplyBox {
+  public:
+    explicit PlainReply(QString text = QString()) : text_(std::move(text)) {}
+    QString Text() const override { return text_; }
+    void SetText(const QString& text) override { text_ = text; }
+    void MarkError(int, int) override {}
+
+  private:
+    QString text_;
+};
+
 // Says what a check found: marks the answer in the box, shows the message with the answer's symbol in it, and takes the
 // mark away. Both must outlive it.
 class ShowCorrectionBox : public CorrectionNotice {

@@ -41,7 +41,7 @@ class SheetParser {
         if (!Validate()) return message_;
         if (reading_.CaretQ == -1) reading_.CaretQ = reading_.StopQ;
         if (!save) return QString();
-        Store();
+        StoreAnswers(survey_, dno_, working_, caller_.notice);
         SkipForward();
         return survey_.LineFlag[line_] ? kExecuteDll.toString() : QString();
     }
@@ -318,35 +318,10 @@ class SheetParser {
 
     bool ValidateSlot(int q, int slot) {
         QString& essay = At(working_.SlotEssay, slot);
-        const int choice = At(working_.SlotCno, slot);
-        if (GetChoiceStatus(survey_, q, choice, kNumber)) {
-            const double low = survey_.Choices(choice, q).Low;
-            const double high = survey_.Choices(choice, q).High;
-            const QString range = u"数量回答が範囲"_s + NumberText(low) + u'～' + NumberText(high);
-            if (essay.size() >= kLongestNumber) return Fail(range + u"を大きく超えています。"_s, pos_);
-            const double value = essay.isEmpty() ? low : LeadingNumber(essay);
-            if (!essay.isEmpty() && !(low <= value && value <= high))
-                return Fail(range + u"に納まっていません。"_s, pos_);
-        } else if (GetChoiceStatus(survey_, q, choice, kCode)) {
-            QString code;
-            QString name;
-            SplitCodeEssay(essay, code, name);
-            if (code != u"?" && !code.isEmpty()) name = u"?"_s;
-            LookupCode(survey_, caller_.tables, caller_.ui, q, choice, code, name);
-            essay = code + u':' + name;
-        }
+        const QString message = ValidateAnswer(survey_, q, At(working_.SlotCno, slot), essay, caller_);
+        if (!message.isEmpty()) return Fail(message, pos_);
         if (essay.isEmpty()) At(working_.SlotEssayID, slot) = 0;
         return true;
-    }
-
-    void Store() {
-        CorrectAnswers(survey_, working_, true, caller_.notice);
-        // The store would find out midway.
-        for (int q = 0; q < survey_.QuestionCount; ++q)
-            CheckSubscript(working_.AnswerCount[static_cast<size_t>(q)], survey_.Questions[q].Anum + 1);
-        SetAllAnswersEssay(survey_, dno_, working_.AnswerCount.data(), working_.SlotCno.data(),
-                           working_.SlotEssay.data());
-        CheckAllLimits(survey_, dno_, working_, caller_.notice);
     }
 
     void SkipForward() {
@@ -387,6 +362,35 @@ QString ParseAnswerSheet(Survey& survey, qint32 dno, SheetReading& reading, bool
     return SheetParser(survey, dno, reading, caller).Parse(save);
 }
 
+QString ValidateAnswer(const Survey& survey, int q, int choice, QString& essay, const SheetCaller& caller) {
+    if (GetChoiceStatus(survey, q, choice, kNumber)) {
+        const double low = survey.Choices(choice, q).Low;
+        const double high = survey.Choices(choice, q).High;
+        const QString range = u"数量回答が範囲"_s + NumberText(low) + u'～' + NumberText(high);
+        if (essay.size() >= kLongestNumber) return range + u"を大きく超えています。"_s;
+        if (essay.isEmpty()) return QString();
+        const double value = LeadingNumber(essay);
+        if (!(low <= value && value <= high)) return range + u"に納まっていません。"_s;
+    } else if (GetChoiceStatus(survey, q, choice, kCode)) {
+        QString code;
+        QString name;
+        SplitCodeEssay(essay, code, name);
+        if (code != u"?" && !code.isEmpty()) name = u"?"_s;
+        LookupCode(survey, caller.tables, caller.ui, q, choice, code, name);
+        essay = code + u':' + name;
+    }
+    return QString();
+}
+
+void StoreAnswers(Survey& survey, qint32 dno, WorkingSample& working, CorrectionNotice* notice) {
+    CorrectAnswers(survey, working, true, notice);
+    // The store would find out midway.
+    for (int q = 0; q < survey.QuestionCount; ++q)
+        CheckSubscript(working.AnswerCount[static_cast<size_t>(q)], survey.Questions[q].Anum + 1);
+    SetAllAnswersEssay(survey, dno, working.AnswerCount.data(), working.SlotCno.data(), working.SlotEssay.data());
+    CheckAllLimits(survey, dno, working, notice);
+}
+
 bool IsSingleAnswerLine(const Survey& survey, int n) {
     int q1 = 0;
     int a1 = 0;
@@ -396,6 +400,23 @@ bool IsSingleAnswerLine(const Survey& survey, int n) {
     UnpackPosition(survey.LineStart[n + 1], q2, a2);
     if (q1 == q2) return a2 - a1 == 1;
     return q2 == q1 + 1 && a2 == 0 && a1 == survey.Questions[q1].Anum - 1;
+}
+
+bool IsInsideEssay(QStringView line, qsizetype at) {
+    for (qsizetype i = 0; i < at; ++i) {
+        if (line[i] == u'[') {
+            const qsizetype end = line.indexOf(u']', i);
+            if (end < 0) return false;
+            i = end;
+        } else if (line[i] == u'/') {
+            const bool starred = i + 1 < line.size() && line[i + 1] == u'*';
+            const QStringView mark = starred ? QStringView(u"*/") : QStringView(u"/");
+            const qsizetype end = line.indexOf(mark, i + mark.size());
+            if (end < 0 || at < end + mark.size()) return true;
+            i = end + mark.size() - 1;
+        }
+    }
+    return false;
 }
 
 int FindOnLine(int start, const QString& text, QStringView what) {

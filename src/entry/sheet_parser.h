@@ -35,8 +35,17 @@ inline constexpr QStringView kExecuteDll = u"EXEDLL";
 // nothing either.
 QString ParseAnswerSheet(Survey& survey, qint32 dno, SheetReading& reading, bool save, const SheetCaller& caller);
 
+// What the parser does behind the text, for answers that come by another way. ValidateAnswer: the message when a number
+// is out of its range, else empty; the text of a coded answer is completed from its table. StoreAnswers: checks the
+// answers, stores them and fits them to the conditions; a RuntimeError has stored nothing.
+QString ValidateAnswer(const Survey& survey, int q, int choice, QString& essay, const SheetCaller& caller);
+void StoreAnswers(Survey& survey, qint32 dno, WorkingSample& working, CorrectionNotice* notice);
+
 // True when line `n` of the sheet (from 0) holds exactly one answer position.
 bool IsSingleAnswerLine(const Survey& survey, int n);
+
+// True when the place `at` (from 0) of a line lies between the slashes around a text, the closing ones typed or not.
+bool IsInsideEssay(QStringView line, qsizetype at);
 
 // Place, counted from 1, of `what` at or behind `start`; 0 when it is not on that line.
 int FindOnLine(int start, const QString& text, QStringView what);

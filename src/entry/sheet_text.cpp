@@ -68,16 +68,28 @@ QString RtfHead(const SheetLook& look) {
     return rtf + u"}\\cf0 "_s;
 }
 
+using Escape = void (*)(QString& rtf, QStringView text);
+
+void AppendForClipboard(QString& rtf, QStringView text) {
+    for (const QChar character : text) {
+        if (character == u'\\' || character == u'{' || character == u'}') rtf += u'\\';
+        if (character.unicode() < 128)
+            rtf += character;
+        else
+            rtf += u"\\u"_s + QString::number(static_cast<qint16>(character.unicode())) + u'?';
+    }
+}
+
 // The sheet's first `controls` controls and the text up to `end`.
-QString RtfUpTo(const SheetText& sheet, const SheetLook& look, size_t controls, qint32 end) {
+QString RtfUpTo(const SheetText& sheet, const SheetLook& look, size_t controls, qint32 end, Escape escape) {
     QString rtf = RtfHead(look);
     qint32 at = 0;
     for (const SheetControl& control : std::span(sheet.Controls).first(controls)) {
-        AppendEscaped(rtf, QStringView(sheet.Text).mid(at, control.at - at));
+        escape(rtf, QStringView(sheet.Text).mid(at, control.at - at));
         rtf += ControlWord(control.kind);
         at = control.at + (control.kind == SheetControl::kLineEnd ? 2 : 0);
     }
-    AppendEscaped(rtf, QStringView(sheet.Text).mid(at, end - at));
+    escape(rtf, QStringView(sheet.Text).mid(at, end - at));
     return rtf;
 }
 
@@ -107,7 +119,8 @@ class SheetBuilder {
             Add(u" ");
         }
         if (stopQ == caretQ) NoteCaret();
-        sheet_.CaretOut = caretNoted_ ? static_cast<int>(RtfUpTo(sheet_, look_, caretControls_, caretAt_).size()) : 0;
+        sheet_.CaretOut =
+            caretNoted_ ? static_cast<int>(RtfUpTo(sheet_, look_, caretControls_, caretAt_, AppendEscaped).size()) : 0;
         Add(tail);
         return std::move(sheet_);
     }
@@ -204,7 +217,13 @@ SheetText BuildAnswerSheet(const Survey& survey, qint32 dno, int stopQ, int stop
 }
 
 QString SheetRtf(const SheetText& sheet, const SheetLook& look) {
-    return RtfUpTo(sheet, look, sheet.Controls.size(), static_cast<qint32>(sheet.Text.size())) + u"\\par }"_s;
+    const auto end = static_cast<qint32>(sheet.Text.size());
+    return RtfUpTo(sheet, look, sheet.Controls.size(), end, AppendEscaped) + u"\\par }"_s;
+}
+
+QByteArray ClipboardRtf(const SheetText& sheet, const SheetLook& look) {
+    const auto end = static_cast<qint32>(sheet.Text.size());
+    return (RtfUpTo(sheet, look, sheet.Controls.size(), end, AppendForClipboard) + u'}').toLatin1();
 }
 
 QString RtfEscape(QStringView text) {

@@ -75,6 +75,8 @@ SheetText BuildAnswerSheet(const Survey& survey, qint32 dno, int stopQ, int stop
 
 // The sheet as RTF. Braces of the text stand in it as they are.
 QString SheetRtf(const SheetText& sheet, const SheetLook& look);
+// What other programs take from the clipboard: ASCII, braces escaped, other characters by their Unicode numbers.
+QByteArray ClipboardRtf(const SheetText& sheet, const SheetLook& look);
 // "\'XX" for each byte of a backslash, of control characters and of all that is not ASCII in the code page.
 QString RtfEscape(QStringView text);
 

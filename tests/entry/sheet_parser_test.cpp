@@ -20,13 +20,10 @@ using namespace quibra;
 
 namespace {
 
-// The box of a sheet that is read: keeps what the parser shows in it.
-class PlainBox : public ReplyBox {
+// Keeps where an error was marked.
+class MarkedReply : public PlainReply {
   public:
-    QString Text() const override { return text; }
-    void SetText(const QString& shown) override { text = shown; }
     void MarkError(int start, int length) override { marked = QString::number(start) + u'+' + QString::number(length); }
-    QString text;
     QString marked;
 };
 
@@ -38,7 +35,7 @@ struct Reader {
         reading = {};
         reading.Text = QString(text).replace(u"|"_s, u"\r\n"_s);
         reading.Caret = caret;
-        box.text = reading.Text;
+        box.SetText(reading.Text);
         return ParseAnswerSheet(survey, 0, reading, save, {ui, tables, &box, &corrections});
     }
     // "年齢 3, 職業 2=自営業": the answered questions of the sample.
@@ -60,7 +57,7 @@ struct Reader {
     Survey& survey;
     ScriptedInterface ui;
     CodeTables tables;
-    PlainBox box;
+    MarkedReply box;
     ShowCorrectionBox corrections{box, ui};
     SheetReading reading;
 };
@@ -168,7 +165,7 @@ TEST(SheetParser, ReadsWhatIsTyped) {
         EXPECT_EQ(reader.Stored(), one.stored);
         const QString shown = QString(one.shown.isEmpty() ? one.text : one.shown).replace(u"|"_s, u"\r\n"_s);
         EXPECT_EQ(reader.reading.Text, shown);
-        EXPECT_EQ(reader.box.text, shown);
+        EXPECT_EQ(reader.box.Text(), shown);
         EXPECT_EQ(reader.ui.transcript, QStringList());
     }
 }
@@ -213,7 +210,7 @@ TEST(SheetParser, SaysWhatTheChecksChanged) {
                      u"message 48 クイブラ: Q2 趣味の複数回答に重複(1)がありました。取り除いておきます -> Ok"_s}));
     EXPECT_EQ(reader.Stored(), u"Q1 7, Q2 1 4, Q3 2"_s);
     EXPECT_EQ(reader.box.marked, u"12+1"_s);
-    EXPECT_EQ(reader.box.text, u".99.-\r\n1.77.1-\r\n2"_s);
+    EXPECT_EQ(reader.box.Text(), u".99.-\r\n1.77.1-\r\n2"_s);
 }
 
 TEST(SheetParser, LooksCodesUp) {

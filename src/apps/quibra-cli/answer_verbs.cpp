@@ -4,6 +4,8 @@
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/verbs.h"
 #include "core/answer_store.h"
+#include "core/sample_change.h"
+#include "entry/sheet_parser.h"
 #include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
@@ -18,14 +20,6 @@ struct Answers {
     std::array<qint16, kMaxAnswers> choices{};
     std::array<QString, kMaxAnswers> texts;
 };
-
-qint32 SampleArgument(const Survey& survey, const QString& text) {
-    const qint32 id =
-        IntegerArgument(text, u"サンプルID"_s, std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
-    const qint32 dno = DnoOfID(survey, id);
-    if (dno < 0) throw Refusal{u"サンプルID %1 はありません"_s.arg(id)};
-    return dno;
-}
 
 // "3" or "3/text".
 void ReadAnswer(const Survey& survey, int q, const QString& word, Answers& answers) {
@@ -58,14 +52,48 @@ Answers ReadAnswers(const Survey& survey, int q, const QStringList& words) {
     return answers;
 }
 
-void Store(Survey& survey, qint32 dno, int q, const Answers& answers) {
-    if (answers.count == 0) {
-        const qint16 none = 0;
-        SetAnswers(survey, dno, q, 1, &none);
-    } else {
-        SetAnswersEssay(survey, dno, q, answers.count, answers.choices.data(), answers.texts.data());
+// The sample's answers with these in the place of question q's, and where each stands in the words given.
+WorkingSample WithAnswers(const Survey& survey, qint32 dno, int q, const Answers& answers) {
+    WorkingSample all(survey);
+    GetAllAnswersEssay(survey, dno, all.AnswerCount.data(), all.SlotCno.data(), all.SlotEssay.data());
+    WorkingSample working(survey);
+    size_t from = 0;
+    size_t to = 0;
+    int pos = 1;
+    for (int i = 0; i < survey.QuestionCount; ++i) {
+        const auto question = static_cast<size_t>(i);
+        working.AnswerCount[question] = i == q ? answers.count : all.AnswerCount[question];
+        for (int a = 0; a < working.AnswerCount[question]; ++a, ++to) {
+            working.SlotCno[to] = i == q ? answers.choices[a] : all.SlotCno[from + static_cast<size_t>(a)];
+            working.SlotEssay[to] = i == q ? answers.texts[a] : all.SlotEssay[from + static_cast<size_t>(a)];
+            if (i != q) continue;
+            working.SlotPos[to] = static_cast<qint16>(pos);
+            working.SlotLen[to] = static_cast<qint16>(QString::number(answers.choices[a]).size());
+            pos += working.SlotLen[to] + 1;
+        }
+        from += static_cast<size_t>(all.AnswerCount[question]);
     }
+    return working;
+}
+
+// The answers of a line of the sheet take the same way.
+void Store(SurveySession& session, qint32 dno, int q, Answers& answers) {
+    Survey& survey = session.survey;
+    QStringList words;
+    CodeTables tables;
+    for (int i = 0; i < answers.count; ++i) {
+        const QString message = ValidateAnswer(survey, q, answers.choices[i], answers.texts[i], {session.ui, tables});
+        if (!message.isEmpty()) throw Refusal{message};
+        words += QString::number(answers.choices[i]);
+    }
+    PlainReply box(words.join(u' '));
+    ShowCorrectionBox notice(box, session.ui);
+    WorkingSample working = WithAnswers(survey, dno, q, answers);
+    SampleChange change(session.changes, ChangeCause::Command);
+    change.Open(dno);
+    StoreAnswers(survey, dno, working, &notice);
     // Texts of answers that are gone would come back with the next answer at their place.
+    GetAnswers(survey, dno, q, answers.count, answers.choices.data());
     if (HasEssaySlots(survey, q))
         for (int i = answers.count; i < survey.Questions[q].Anum; ++i)
             survey.Samples.SetEssay(dno, survey.QIdx[q].EssayStart + i, QString());
@@ -90,10 +118,11 @@ int RunGet(const VerbLine& line, StandardOutput& out) {
 
 int RunSet(const VerbLine& line, StandardOutput& /*out*/) {
     OpenedSurvey opened(line, line.Argument(0), Access::Change);
-    Survey& survey = opened.Data();
+    const Survey& survey = opened.Data();
     const int q = QuestionArgument(survey, line.Argument(2));
     const qint32 dno = SampleArgument(survey, line.Argument(1));
-    Store(survey, dno, q, ReadAnswers(survey, q, line.Arguments().mid(3)));
+    Answers answers = ReadAnswers(survey, q, line.Arguments().mid(3));
+    Store(opened.Session(), dno, q, answers);
     opened.Session().ChangedOn();
     return SurveySave(opened.Session(), opened.Path()) ? kDone : kRefused;
 }

@@ -1,5 +1,7 @@
 #include "apps/quibra-cli/verb_line.h"
 
+#include "core/answer_store.h"
+
 using namespace Qt::StringLiterals;
 
 namespace quibra {
@@ -124,6 +126,14 @@ qint32 IntegerArgument(const QString& text, const QString& what, qint32 low, qin
     if (!ok || value < low || value > high)
         RefuseUsage(u"%1「%2」は%3から%4までの整数ではありません"_s.arg(what, text).arg(low).arg(high));
     return value;
+}
+
+qint32 SampleArgument(const Survey& survey, const QString& text) {
+    const qint32 id =
+        IntegerArgument(text, u"サンプルID"_s, std::numeric_limits<qint32>::min(), std::numeric_limits<qint32>::max());
+    const qint32 dno = DnoOfID(survey, id);
+    if (dno < 0) throw Refusal{u"サンプルID %1 はありません"_s.arg(id)};
+    return dno;
 }
 
 double NumberArgument(const QString& text) {

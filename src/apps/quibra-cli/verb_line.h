@@ -44,6 +44,8 @@ class VerbLine {
 
 // "3" or "Q3" as a question of the survey, counting from 0 here; wrong usage for anything else.
 int QuestionArgument(const Survey& survey, const QString& text);
+// The place of the sample with this ID; refuses one that isn't there.
+qint32 SampleArgument(const Survey& survey, const QString& text);
 // A whole number in a range; `what` names it in the message. Full-width figures read as figures.
 qint32 IntegerArgument(const QString& text, const QString& what, qint32 low, qint32 high);
 // A finite number.

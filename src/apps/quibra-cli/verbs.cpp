@@ -8,7 +8,8 @@ namespace quibra {
 
 const QList<Verb>& Verbs() {
     static const QList<Verb> verbs = {
-        InfoVerb(), TotalVerb(), EssaysVerb(), GetVerb(), SetVerb(), DumpVerb(), BuildVerb(), ConvertVerb(),
+        InfoVerb(),  TotalVerb(), EssaysVerb(), GetVerb(),   SetVerb(),     SheetVerb(),
+        ParseVerb(), CheckVerb(), DumpVerb(),   BuildVerb(), ConvertVerb(),
     };
     return verbs;
 }

@@ -21,6 +21,10 @@ Verb ConvertVerb();
 // One sample's answers.
 Verb GetVerb();
 Verb SetVerb();
+// Answer sheets and the checks of answers.
+Verb SheetVerb();
+Verb ParseVerb();
+Verb CheckVerb();
 // Results.
 Verb TotalVerb();
 Verb EssaysVerb();

@@ -3,6 +3,7 @@
 #include "apps/quibra/frm_title.h"
 #include "conditions/windows/frm_limit.h"
 #include "core/attempt.h"
+#include "entry/windows/frm_collect.h"
 #include "session/survey_session.h"
 #include "session/windows/frm_key.h"
 #include "tabulation/windows/frm_total.h"
@@ -18,6 +19,13 @@ ProgramDesk::ProgramDesk(SurveySession& session, QWidget& main)
 ProgramDesk::~ProgramDesk() {
     // It listens to the result windows, which go before the main window takes its children.
     delete total_;
+}
+
+void ProgramDesk::ShowCollect() {
+    qint16 flags = session_.survey.CorrectFlags;
+    if (!EditCorrectFlags(session_.ui, &main_, flags) || flags == session_.survey.CorrectFlags) return;
+    session_.survey.CorrectFlags = flags;
+    session_.ChangedOn();
 }
 
 void ProgramDesk::ShowSlotEditor() {

@@ -20,6 +20,7 @@ class ProgramDesk : public Desk {
     ~ProgramDesk() override;
 
     // What the menu items of the main window open; window_table.h names the item of each.
+    void ShowCollect();
     void ShowSlotEditor();
     void ShowTotal();
     void ShowLock();

@@ -21,7 +21,7 @@ std::span<const WindowRow> WindowTable() {
         {u"mnuInput"_s, nullptr},
         {u"mnuSetParagraph"_s, nullptr},
         {u"mnuSetQuota"_s, nullptr},
-        {u"mnuSetCollection"_s, nullptr},
+        {u"mnuSetCollection"_s, &ProgramDesk::ShowCollect},
         {u"mnuSetLimit"_s, &ProgramDesk::ShowSlotEditor},
         {u"mnuStatis"_s, &ProgramDesk::ShowTotal},
         {u"mnuKey"_s, &ProgramDesk::ShowLock},
