@@ -82,7 +82,9 @@ void Store(SurveySession& session, qint32 dno, int q, Answers& answers) {
     QStringList words;
     CodeTables tables;
     for (int i = 0; i < answers.count; ++i) {
-        const QString message = ValidateAnswer(survey, q, answers.choices[i], answers.texts[i], {session.ui, tables});
+        QString& text = answers.texts[i];
+        const QString message =
+            text.isEmpty() ? QString() : ValidateAnswer(survey, q, answers.choices[i], text, {session.ui, tables});
         if (!message.isEmpty()) throw Refusal{message};
         words += QString::number(answers.choices[i]);
     }
