@@ -21,6 +21,10 @@ FrmCollect::FrmCollect(UserInterface& ui, qint16 flags, QWidget* parent)
         (flags & choice.flag ? choice.set : choice.clear)->setChecked(true);
         others_ = static_cast<qint16>(others_ & ~choice.flag);
     }
+    // Two lines; a layout would give it the height of as wide a line as it can get.
+    QLabel* note = controls_->lblNote4;
+    note->setMinimumWidth(note->fontMetrics().horizontalAdvance(note->text()) / 2 + note->fontMetrics().maxWidth());
+    note->setMinimumHeight(note->heightForWidth(note->minimumWidth()));
     connect(controls_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(controls_->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(controls_->cmdHelpContext, &QPushButton::clicked, this, [&ui] { ui.HelpContext(kHelpCollect); });
