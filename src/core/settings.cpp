@@ -146,6 +146,10 @@ QString SettingsPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/quibra/quibra.ini"_s;
 }
 
+// Before anybody has dragged a column.
+constexpr std::array<qint32, 16> kGridWidths = {1400, 1000, 800, 0, 0, 1000, 1000, 1400, 2600, 1400};
+constexpr size_t kGridWidthsUsed = 10;
+
 Settings SettingsDefault() {
     Settings settings;
     for (FontRec& font : settings.FontSet)
@@ -155,7 +159,7 @@ Settings SettingsDefault() {
     settings.ColorSet[2] = ColorValue(191, 0, 191);
     settings.ColorSet[3] = ColorValue(127, 127, 127);
     settings.ColorSet[15] = 1;
-    std::fill_n(settings.GridWidth.begin(), 10, 1000);
+    settings.GridWidth = kGridWidths;
     settings.SaveInterval = kDefaultInterval;
     return settings;
 }
@@ -167,15 +171,8 @@ Settings SettingsRead(const QString& path) {
     } catch (const std::exception&) {
         // What had been read counts; nobody is told of a broken settings file.
     }
-    if (settings.GridWidth[0] == 0 || settings.GridWidth[8] == 0) {
-        settings.GridWidth[0] = 1400;
-        settings.GridWidth[1] = 1000;
-        settings.GridWidth[2] = 800;
-        settings.GridWidth[5] = settings.GridWidth[6] = 1000;
-        settings.GridWidth[7] = 1400;
-        settings.GridWidth[8] = 2600;
-        settings.GridWidth[9] = 1400;
-    }
+    if (settings.GridWidth[0] == 0 || settings.GridWidth[8] == 0)
+        std::copy_n(kGridWidths.begin(), kGridWidthsUsed, settings.GridWidth.begin());
     return settings;
 }
 

@@ -11,7 +11,11 @@ namespace quibra {
 
 namespace {
 
-// Texts of the survey go into the page as they are, markup included: a title may be made bold.
+// What survey and respondents say is text, whatever it looks like.
+QString Escaped(QString text) {
+    return text.replace(u'&', u"&amp;"_s).replace(u'<', u"&lt;"_s).replace(u'>', u"&gt;"_s);
+}
+
 class HtmlPage {
   public:
     HtmlPage(const Survey& survey, const TotalResult& result, const TotalView& view, const ResultGrid& grid)
@@ -21,7 +25,7 @@ class HtmlPage {
         Line(u"<html>"_s);
         Line(u"<head>"_s);
         Line(u"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=x-sjis\">"_s);
-        Line(u"<title>"_s + survey_.Title + u"</title>"_s);
+        Line(u"<title>"_s + Escaped(survey_.Title) + u"</title>"_s);
         Line(u"</head> "_s);
         Line(u"<body>"_s);
         if (result_.option.TotalKind == kTable) {
@@ -39,20 +43,21 @@ class HtmlPage {
   private:
     void Line(const QString& text) { page_ += text + u"\r\n"_s; }
 
-    void OpenTable(int q) { Line(u"<H2>"_s + BlockHeading(survey_, result_, q) + u"</H2>"_s); }
+    void OpenTable(int q) { Line(u"<H2>"_s + Escaped(BlockHeading(survey_, result_, q)) + u"</H2>"_s); }
 
     void WriteBlock(int q) {
         const int limitCount = result_.option.LimitCount;
         const bool both = view_.percent == TotalView::CountsAndPercent;
         OpenTable(q);
         Line(u"<TABLE BORDER=\"1\">"_s);
-        Line(HeadCell(u"[全体の限定]"_s) + u"<TD COLSPAN=\"2\" width=200>"_s + result_.ExLimitText + u"</TD></TR>"_s);
+        Line(HeadCell(u"[全体の限定]"_s) + u"<TD COLSPAN=\"2\" width=200>"_s + Escaped(result_.ExLimitText) +
+             u"</TD></TR>"_s);
         QString limits = HeadCell(u"[個別の限定]"_s);
         std::vector<std::vector<BlockRow>> columns;
         CheckSubscript(limitCount, static_cast<int>(result_.LimitTexts.size()) + 1);  // fewer when a total broke off
         for (int L = 0; L < limitCount; ++L) {
             limits += both ? u"<TD COLSPAN=\"2\" width=200>"_s : u"<TD width=100>"_s;
-            limits += result_.LimitTexts.at(L) + u"</TD>"_s;
+            limits += Escaped(result_.LimitTexts.at(L)) + u"</TD>"_s;
             columns.push_back(BlockRows(survey_, result_, q, L));
         }
         Line(limits);
@@ -70,18 +75,18 @@ class HtmlPage {
         Line(u"<BR>"_s);
     }
 
-    static QString HeadCell(const QString& text) { return u"<TR><TH ALIGN=\"left\">"_s + text + u"</TH>"_s; }
+    static QString HeadCell(const QString& text) { return u"<TR><TH ALIGN=\"left\">"_s + Escaped(text) + u"</TH>"_s; }
     static QString FigureCell(const QString& text) { return u"<TD ALIGN=\"right\">"_s + text + u"</TD>"_s; }
 
     void WriteEssays() {
         const int lastColumn = static_cast<int>(result_.RefQno.size()) + 2;
         OpenTable(result_.option.FromQno);
-        Line(result_.ExLimitText + u"<BR>"_s);
+        Line(Escaped(result_.ExLimitText) + u"<BR>"_s);
         Line(u"<TABLE BORDER=\"1\">"_s);
         for (int row = kEssayHeadRow; row < grid_.Rows(); ++row) {
-            QString line = u"<TR><TH ALIGN=\"right\">"_s + grid_.Text(0, row) + u"</TH>"_s;
+            QString line = u"<TR><TH ALIGN=\"right\">"_s + Escaped(grid_.Text(0, row)) + u"</TH>"_s;
             for (int column = 1; column <= lastColumn; ++column)
-                line += u"<TH ALIGN=\"center\">"_s + grid_.Text(column, row) + u"</TH>"_s;
+                line += u"<TH ALIGN=\"center\">"_s + Escaped(grid_.Text(column, row)) + u"</TH>"_s;
             Line(line + u"</TR>"_s);
         }
         Line(u"</TABLE>"_s);

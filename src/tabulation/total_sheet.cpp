@@ -58,10 +58,9 @@ void TotalSheet::RunTotal() {
 // What the user has dragged carries over to the next result.
 void TotalSheet::SaveColumnWidths() {
     const auto save = [this](int entry, int column) {
-        qint32& saved = widths_.at(static_cast<size_t>(entry));
-        const int width = grid.ColumnWidth(column);
-        // Both ways are cut to whole numbers: a width nobody has dragged would shrink with every total.
-        if (width != ScaledWidth(saved)) saved = static_cast<qint32>(static_cast<float>(width) / FontScale);
+        if (!grid.IsDragged(column)) return;
+        widths_.at(static_cast<size_t>(entry)) =
+            static_cast<qint32>(static_cast<float>(grid.ColumnWidth(column)) / FontScale);
     };
     grid.ClearText();
     grid.SetRowHeight(0, ScaledWidth(kFixedRowHeight));
@@ -73,6 +72,11 @@ void TotalSheet::SaveColumnWidths() {
         save(1, 1);
         if ((ViewFlags & 3) == 3) save(2, 2);
     }
+}
+
+bool TotalSheet::IsDragged(int column, int entry) const {
+    const auto place = static_cast<size_t>(entry);
+    return grid.IsDragged(column) || widths_.at(place) != kDefaultColumnWidths.at(place);
 }
 
 int TotalSheet::ScaledWidth(int twips) const {

@@ -1,5 +1,6 @@
 #include "ui/frm_processing.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QScopedValueRollback>
@@ -28,7 +29,14 @@ FrmProcessing::FrmProcessing(UserInterface& ui, std::function<bool()> confirmSto
     controls_->cmdStop->installEventFilter(this);
     connect(controls_->cmdStop, &QPushButton::clicked, this, &FrmProcessing::cmdStop_Click);
     appears_.setSingleShot(true);
-    connect(&appears_, &QTimer::timeout, this, &QWidget::show);
+    appears_.setInterval(kMillisecondsUnseen);
+    connect(&appears_, &QTimer::timeout, this, [this] {
+        // Over an open question it would keep everyone from answering that, and could not be closed itself.
+        if (QApplication::activeModalWidget())
+            appears_.start();
+        else
+            show();
+    });
 }
 
 FrmProcessing::~FrmProcessing() = default;
@@ -41,7 +49,7 @@ void FrmProcessing::Open(const ProgressSpec& spec) {
     controls_->pctBar->setAccessibleName(u"0%"_s);
     controls_->cmdStop->setEnabled(true);
     controls_->cmdStop->setFocus();
-    if (spec.show) appears_.start(kMillisecondsUnseen);
+    if (spec.show) appears_.start();
 }
 
 void FrmProcessing::Close() {

@@ -4,6 +4,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QIconEngine>
+#include <QLabel>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPainter>
@@ -113,6 +114,20 @@ void SetUpFont() {
     }
 }
 
+// Words of a survey stand in labels and tool tips, and Qt takes what looks like markup for it: a question's name could
+// have a file of the reader's shown. A tool tip is a label, too, and polished before it gets its text.
+class PlainTexts : public QObject {
+  public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() != QEvent::Polish) return false;
+        if (auto* label = qobject_cast<QLabel*>(object); label && label->textFormat() == Qt::AutoText)
+            label->setTextFormat(Qt::PlainText);
+        return false;
+    }
+};
+
 }  // namespace
 
 void SetUpApplication(QApplication& application) {
@@ -127,6 +142,7 @@ void SetUpApplication(QApplication& application) {
         QCoreApplication::installTranslator(translator.release());
     }
     SetUpFont();
+    application.installEventFilter(new PlainTexts(&application));
 }
 
 double Contrast(const QColor& first, const QColor& second) {

@@ -79,7 +79,7 @@ TEST_F(SettingsFile, OlderFormsGiveWhatTheyHold) {
         const Settings settings = ReadBytes(bytes + quota + FilledBytes());
         EXPECT_EQ(settings.QuotaFirst, 1);
         EXPECT_EQ(settings.QuotaLast, 100);
-        EXPECT_EQ(settings.GridWidth[0], 1000);
+        EXPECT_EQ(settings.GridWidth[0], 1400);
     }
     const QByteArray bytes = FilledBytes();
     // Ends behind the recent files: three texts and the interval stay at their defaults.

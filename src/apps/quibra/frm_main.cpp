@@ -21,6 +21,9 @@ namespace quibra {
 
 namespace {
 
+// Of a recent file's name in its menu, in heights of a line.
+constexpr int kRecentWidth = 30;
+
 // The first file of a drop; empty when there is none.
 QString FileOf(const QMimeData* data) {
     const QList<QUrl> urls = data->urls();
@@ -210,7 +213,9 @@ void FrmMain::RefreshRecentFiles() {
         recent_[i]->setVisible(!path.isEmpty());
         any |= !path.isEmpty();
         // A path's own ampersand is no mnemonic.
-        recent_[i]->setText(u"&%1 "_s.arg(i + 1) + QString(path).replace(u'&', u"&&"_s));
+        QString shown = fontMetrics().elidedText(path, Qt::ElideMiddle, kRecentWidth * fontMetrics().height());
+        recent_[i]->setText(u"&%1 "_s.arg(i + 1) + shown.replace(u'&', u"&&"_s));
+        recent_[i]->setToolTip(path);
     }
     ui_->mnuFileMRUSpace->setVisible(any);
 }

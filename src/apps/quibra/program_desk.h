@@ -46,6 +46,7 @@ class ProgramDesk : public Desk {
 
   private:
     FrmTotal& Total();
+    void CloseForbidden();
 
     SurveySession& session_;
     QWidget& main_;

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QFontInfo>
 #include <QGuiApplication>
 #include <QScopeGuard>
@@ -15,6 +16,7 @@
 #include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/numbers.h"
+#include "core/typed_number.h"
 #include "session/survey_session.h"
 #include "tabulation/html_result.h"
 #include "tabulation/text_result.h"
@@ -162,8 +164,25 @@ void FrmGridBase::mnuCopy_Click() {
     });
 }
 
+// Beside the survey, by its name.
+QString FrmGridBase::ProposedPath(const QString& suffix) const {
+    const QFileInfo survey(session_.survey.FileName);
+    return survey.path() + u'/' + survey.completeBaseName() + u"-集計"_s + suffix;
+}
+
+void FrmGridBase::TellWritten(const QString& path, const QString& fault) {
+    if (fault.isEmpty()) {
+        const QString told = path + u" に保存しました。"_s;
+        ui_->lblInfo2->setText(ui_->lblInfo2->fontMetrics().elidedText(told, Qt::ElideMiddle, ui_->lblInfo2->width()));
+        ui_->lblInfo2->setToolTip(told);
+    } else {
+        session_.ui.Message(fault + u"\r\n"_s + path, kOkOnly);
+    }
+    session_.ui.Beep();
+}
+
 void FrmGridBase::mnuTextSave_Click() {
-    const QString path = session_.ui.FileBox(QString(), u"全てのファイル(*.*)|*.*|"_s, true);
+    const QString path = session_.ui.FileBox(ProposedPath(u".txt"_s), u"全てのファイル(*.*)|*.*|"_s, true);
     if (path.isEmpty()) return;
     // The blank columns between limits are not written.
     const bool spaced = ui_->mnuSpace->isVisible() && ui_->mnuSpace->isChecked();
@@ -176,22 +195,22 @@ void FrmGridBase::mnuTextSave_Click() {
         fault = error.Text();
     }
     if (spaced) ui_->mnuSpace->trigger();
-    if (!fault.isEmpty()) session_.ui.Message(fault, kOkOnly);
-    session_.ui.Beep();
+    TellWritten(path, fault);
 }
 
 void FrmGridBase::mnuHTMLSave_Click() {
     const QString path =
-        session_.ui.FileBox(QString(), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
+        session_.ui.FileBox(ProposedPath(u".htm"_s), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
     if (path.isEmpty()) return;
     session_.ui.Busy(true);
+    QString fault;
     try {
         WriteFile(path, WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid));
-    } catch (const RuntimeError&) {
-        // The command has no words for this: what could be written is written.
+    } catch (const RuntimeError& error) {
+        fault = error.Text();
     }
     session_.ui.Busy(false);
-    session_.ui.Beep();
+    TellWritten(path, fault);
 }
 
 void FrmGridBase::mnuPercent_Click(int index) {
@@ -219,13 +238,12 @@ void FrmGridBase::cmdNext_Click() {
     if (!session_.ui.InputBox(u"集計の続き"_s, u"ﾛｰｶﾙ番号"_s, u"～"_s + QString::number(last),
                               u"ﾛｰｶﾙ番号何番から集計を続けますか？"_s, text))
         return;
-    text = text.trimmed();
+    text = NarrowFigures(text).trimmed();
     if (text.isEmpty() || text.front() < u'0' || text.front() > u'9') return;  // would read as 0
     Attempt(session_.ui, [&] {
         const double from = LeadingNumber(text);
         if (from > last) return;
-        sheet_.result.FromDno = RoundToInt32(from);
-        DoTotal();
+        TotalFrom(RoundToInt32(from));
     });
 }
 
@@ -328,11 +346,16 @@ void FrmGridBase::Finished() {
 }
 
 void FrmGridBase::DoTotal() {
+    TotalFrom(0);
+}
+
+void FrmGridBase::TotalFrom(qint32 dno) {
+    sheet_.result.FromDno = dno;
     show();
     raise();
     activateWindow();
     SetKindMenus(windows_.option.TotalKind == kEssayList);
-    shownFromDno_ = sheet_.result.FromDno;
+    shownFromDno_ = dno;
     Attempt(session_.ui, [this] { sheet_.DoTotal(windows_.option); });
 }
 
@@ -348,8 +371,7 @@ void FrmGridBase::RunTotal() {
 
 void FrmGridBase::TotalAgain() {
     if (!ui_->mnuFile->isEnabled()) return;
-    sheet_.result.FromDno = shownFromDno_;
-    DoTotal();
+    TotalFrom(shownFromDno_);
 }
 
 void FrmGridBase::SetKindMenus(bool essayList) {

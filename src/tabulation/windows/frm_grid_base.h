@@ -27,7 +27,8 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& desk);
     ~FrmGridBase() override;
 
-    // Shows the window and totals by the current options (ResultWindows::option); returns when that is done.
+    // Shows the window and totals by the current options (ResultWindows::option), from the first sample on; returns
+    // when that is done.
     void DoTotal();
 
     // While this is off the window can come to the front without handing its options back. Whoever lets a window total
@@ -59,7 +60,10 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     bool Cancelled() const override;
     void Finished() override;
 
+    void TotalFrom(qint32 dno);
     void RunTotal();
+    QString ProposedPath(const QString& suffix) const;
+    void TellWritten(const QString& path, const QString& fault);
     void TotalAgain();
     void SetKindMenus(bool essayList);
     void SetIdle(bool idle);
