@@ -354,6 +354,7 @@ TEST_F(FrmTotalTest, ConditionNoTotalHasUsedIsAskedAboutBeforeAResultTakesItsPla
     QTest::mouseClick(Control<QLabel>("lblExLimit_0"), Qt::LeftButton);
     const QString written = Control<QLabel>("lblExLimit_0")->text();
     ui.TakeTranscript();
+    QTest::qWait(500);  // until what came up behind the editor counts again
     windows.Activated(sheet);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !ui.transcript.isEmpty(); }));
     EXPECT_EQ(Control<QLabel>("lblExLimit_0")->text(), written) << "Cancel is the answer where nobody gives one";
