@@ -7,6 +7,9 @@
 #include <cmath>
 
 #include "core/binary_file.h"
+#include "core/code_page.h"
+#include "core/file_names.h"
+#include "core/whole_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -123,9 +126,9 @@ void ReadFile(const QString& path, Settings& settings) {
     if (!in.AtEnd()) settings.SaveInterval = ReadInterval(in);
 }
 
-void WriteFile(Settings settings, const QString& path, const QString& growing) {
-    BinaryFile file = BinaryFile::Create(growing);
-    ByteWriter out(file);
+void WriteFile(Settings settings, const QString& path) {
+    WholeFile file(path);
+    ByteWriter out(file.Bytes());
     FieldWriter field(out);
     out.Int16(kWithMagic);
     WriteMirrorStr(out, kMagic);
@@ -135,9 +138,7 @@ void WriteFile(Settings settings, const QString& path, const QString& growing) {
     field(settings.NetText2);
     WriteInterval(out, settings.SaveInterval);
     out.Flush();
-    file.Sync();
-    file.Close();
-    MoveFile(growing, path);
+    file.Replace();
 }
 
 }  // namespace
@@ -177,18 +178,17 @@ Settings SettingsRead(const QString& path) {
 }
 
 void SettingsWrite(const Settings& settings, const QString& path) {
-    const QString growing = path + u"~new"_s;
     try {
         QDir().mkpath(QFileInfo(path).path());
-        WriteFile(settings, path, growing);
+        WriteFile(settings, path);
     } catch (const std::exception&) {
         // The next start has the settings of before; that is no reason to hold anybody up at the close.
-        QFile::remove(growing);
     }
 }
 
 void RecentAdd(Settings& settings, const QString& path) {
-    if (path.isEmpty()) return;
+    // A name that the file can't hold would be that of another one at the next start.
+    if (path.isEmpty() || DecodeCodePage(EncodeCodePage(path)) != path) return;
     const auto begin = settings.RecentFiles.begin();
     // A path that is not among those shown pushes the last of them into the fifth place.
     const auto found = std::find(begin, begin + kShownRecentFiles, path);

@@ -5,6 +5,7 @@
 
 #include "core/attempt.h"
 #include "core/numbers.h"
+#include "core/settings.h"
 #include "core/typed_number.h"
 #include "session/rescue.h"
 #include "session/survey_file.h"
@@ -112,7 +113,7 @@ void SaveSurveyAs(SurveySession& session) {
     const QString path = session.ui.FileBox(session.survey.FileName, kSaveFilter, true);
     if (path.isEmpty() || !TrySave(session, path)) return;
     session.survey.FileName = path;
-    session.Refresh();
+    session.Refresh(SurveySession::Change::File);
 }
 
 void RefuseOpen(UserInterface& ui) {
@@ -150,7 +151,7 @@ void ResetSettings(SurveySession& session) {
     session.settings = SettingsDefault();
     session.survey.QuotaFirst = session.settings.QuotaFirst;
     session.survey.QuotaLast = session.settings.QuotaLast;
-    session.Refresh();
+    session.Refresh(SurveySession::Change::Settings);
 }
 
 void DeleteWorkFiles(const QString& directory) {

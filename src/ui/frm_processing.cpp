@@ -47,6 +47,7 @@ void FrmProcessing::Open(const ProgressSpec& spec) {
     controls_->lblProcessing->setText(spec.caption);
     controls_->pctBar->Reset();
     controls_->pctBar->setAccessibleName(u"0%"_s);
+    stopped_ = false;
     controls_->cmdStop->setEnabled(true);
     controls_->cmdStop->setFocus();
     if (spec.show) appears_.start();
@@ -68,7 +69,7 @@ void FrmProcessing::SetText(const QString& text) {
 }
 
 bool FrmProcessing::IsStopped() const {
-    return isVisible() && !controls_->cmdStop->isEnabled();
+    return isVisible() && stopped_;
 }
 
 void FrmProcessing::reject() {
@@ -93,7 +94,9 @@ void FrmProcessing::cmdStop_Click() {
     // The question runs an event loop of its own, in which the close box can be pressed again.
     if (asking_) return;
     const QScopedValueRollback asking(asking_, true);
-    if (confirmStop_()) controls_->cmdStop->setEnabled(false);
+    if (!confirmStop_()) return;
+    stopped_ = true;
+    controls_->cmdStop->setEnabled(false);
 }
 
 }  // namespace quibra

@@ -90,7 +90,10 @@ void FrmMain::Connect() {
         const auto open = row.open ? row.open : &ProgramDesk::TellAbsent;
         connect(findChild<QAction*>(row.command), &QAction::triggered, this, [this, open] { (desk_.*open)(); });
     }
-    connect(&session_, &SurveySession::StateChanged, this, &FrmMain::RefreshAll);
+    connect(&session_, &SurveySession::StateChanged, this, [this](SurveySession::Changes what) {
+        if (what & SurveySession::Change::Settings) RefreshRecentFiles();
+        if (what & ~SurveySession::Changes(SurveySession::Change::Settings)) RefreshAll();
+    });
 }
 
 void FrmMain::cmdFile_Click() {
@@ -194,9 +197,9 @@ void FrmMain::SetIcons() {
 void FrmMain::RefreshAll() {
     for (const GovernedAction& governed : governed_)
         governed.action->setEnabled(session_.menu.*governed.state);
-    ui_->cmdListQues->setEnabled(ui_->mnuQuestions->isEnabled());
-    ui_->cmdInput->setEnabled(ui_->mnuInput->isEnabled());
-    ui_->cmdStatis->setEnabled(ui_->mnuStatis->isEnabled());
+    ui_->cmdListQues->setEnabled(session_.menu.mnuQuestions);
+    ui_->cmdInput->setEnabled(session_.menu.mnuInput);
+    ui_->cmdStatis->setEnabled(session_.menu.mnuStatis);
     RefreshRecentFiles();
 
     const MainStatus status = StatusOf(session_);

@@ -35,7 +35,9 @@ FrmKey::FrmKey(SurveySession& session, QWidget* parent)
     connect(controls_->ChangeKey, &QPushButton::clicked, this, &FrmKey::ChangeKey_Click);
     connect(controls_->Close, &QPushButton::clicked, this, &QDialog::close);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { RefreshDefault(now); });
-    connect(&session_, &SurveySession::StateChanged, this, &FrmKey::RefreshLook);
+    connect(&session_, &SurveySession::StateChanged, this, [this](SurveySession::Changes what) {
+        if (what & (SurveySession::Change::Lock | SurveySession::Change::File)) RefreshLook();
+    });
     RefreshLook();
     FocusFirst();
     WinCenter(this);

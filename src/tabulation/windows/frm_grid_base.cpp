@@ -12,11 +12,11 @@
 #include <algorithm>
 
 #include "core/attempt.h"
-#include "core/binary_file.h"
 #include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/numbers.h"
 #include "core/typed_number.h"
+#include "core/whole_file.h"
 #include "session/survey_session.h"
 #include "tabulation/html_result.h"
 #include "tabulation/text_result.h"
@@ -44,12 +44,6 @@ constexpr qint64 kQuickCalls = 1'000'000;
 constexpr int kMostCallsBetweenLooks = 64;
 // Milliseconds in which a desktop shows a window, unless something is wrong with it.
 constexpr qint64 kDesktopPatience = 100;
-
-void WriteFile(const QString& path, const QByteArray& bytes) {
-    BinaryFile file = BinaryFile::Create(path);
-    file.Write(reinterpret_cast<const unsigned char*>(bytes.constData()), static_cast<size_t>(bytes.size()));
-    file.Close();
-}
 
 double PointsOf(const QWidget* widget) {
     return QFontInfo(widget->font()).pointSizeF();
@@ -103,10 +97,10 @@ FrmGridBase::FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& d
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &FrmGridBase::cmdCancel_Click);
     connect(ui_->Grid, &FlexGrid::CurrentCellChanged, this, &FrmGridBase::Grid_CurrentCellChange);
     connect(ui_->Grid, &FlexGrid::CopyRequested, this, [this] {
-        if (ui_->mnuEdit->isEnabled()) mnuCopy_Click();
+        if (!totals_) mnuCopy_Click();
     });
     connect(ui_->Grid, &FlexGrid::MenuRequested, this, [this](const QPoint& place) {
-        if (ui_->mnuEdit->isEnabled()) ui_->mnuEdit->popup(place);
+        if (!totals_) ui_->mnuEdit->popup(place);
     });
 
     const QFontMetrics metrics = fontMetrics();
@@ -132,7 +126,7 @@ void FrmGridBase::changeEvent(QEvent* event) {
 }
 
 void FrmGridBase::closeEvent(QCloseEvent* event) {
-    if (!ui_->mnuFile->isEnabled()) {
+    if (totals_) {
         session_.ui.Beep();
         event->ignore();
         return;
@@ -190,7 +184,7 @@ void FrmGridBase::mnuTextSave_Click() {
     ui_->Grid->selectAll();
     QString fault;
     try {
-        WriteFile(path, WriteText(windowTitle(), sheet_.grid));
+        WriteWholeFile(path, WriteText(windowTitle(), sheet_.grid));
     } catch (const RuntimeError& error) {
         fault = error.Text();
     }
@@ -205,7 +199,7 @@ void FrmGridBase::mnuHTMLSave_Click() {
     session_.ui.Busy(true);
     QString fault;
     try {
-        WriteFile(path, WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid));
+        WriteWholeFile(path, WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid));
     } catch (const RuntimeError& error) {
         fault = error.Text();
     }
@@ -248,13 +242,13 @@ void FrmGridBase::cmdNext_Click() {
 }
 
 void FrmGridBase::cmdCancel_Click() {
-    // The disabled button is what the total looks at.
-    if (session_.ui.Message(u"中止しますか？"_s, kOkCancel | kSecondDefault) == Answer::Ok)
-        ui_->cmdCancel->setEnabled(false);
+    if (session_.ui.Message(u"中止しますか？"_s, kOkCancel | kSecondDefault) != Answer::Ok) return;
+    cancelled_ = true;
+    ui_->cmdCancel->setEnabled(false);
 }
 
 void FrmGridBase::Grid_CurrentCellChange() {
-    if (ui_->txtGrid->isHidden()) return;
+    if (totals_) return;
     ui_->txtGrid->setText(ui_->Grid->CurrentText());
     ui_->txtGrid->setCursorPosition(0);
 }
@@ -265,6 +259,7 @@ void FrmGridBase::Started() {
     ui_->lblInfo2->setText(u"集計中"_s);
     ui_->lblInfo->clear();
     SetIdle(false);
+    cancelled_ = false;
     ui_->cmdCancel->show();
     ui_->cmdCancel->setEnabled(true);
     ui_->cmdCancel->setFocus();
@@ -319,7 +314,7 @@ void FrmGridBase::LetEventsRun() {
 }
 
 bool FrmGridBase::Cancelled() const {
-    return !ui_->cmdCancel->isEnabled();
+    return cancelled_;
 }
 
 void FrmGridBase::Finished() {
@@ -370,7 +365,7 @@ void FrmGridBase::RunTotal() {
 }
 
 void FrmGridBase::TotalAgain() {
-    if (!ui_->mnuFile->isEnabled()) return;
+    if (totals_) return;
     TotalFrom(shownFromDno_);
 }
 
@@ -392,6 +387,7 @@ void FrmGridBase::SetIdle(bool idle) {
         pause_.End();
     else
         pause_.Begin(this);
+    totals_ = !idle;
     ui_->txtGrid->setVisible(idle);
     ui_->mnuFile->setEnabled(idle);
     ui_->mnuEdit->setEnabled(idle);

@@ -78,6 +78,8 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     TotalSheet sheet_;
     ResultGridModel* model_;
     FormPause pause_;
+    bool totals_ = false;  // a total runs
+    bool cancelled_ = false;
     qint32 shownFromDno_ = 0;  // where the list now shown starts
 
     // What a running total has told last, shown when the clock says so.
