@@ -21,6 +21,8 @@ namespace quibra {
 void MeasureFiles();
 // What a large total and a large grid cost in the result window.
 void MeasureResultWindow();
+// What drawing the largest chart costs.
+void MeasureChart();
 
 inline double Milliseconds(const std::function<void()>& work) {
     QElapsedTimer clock;

@@ -9,5 +9,6 @@ int main(int argc, char** argv) {
     quibra::SetUpApplication(application);
     quibra::MeasureFiles();
     quibra::MeasureResultWindow();
+    quibra::MeasureChart();
     return 0;
 }

@@ -21,6 +21,7 @@ enum HelpTopic {
     kHelpResult = 510,
     kHelpEssay = 520,
     kHelpOutput = 530,
+    kHelpGraph = 540,
     kHelpCommandLine = 600,
     kHelpKeys = 700,
     kHelpGlossary = 710,

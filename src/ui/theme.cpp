@@ -1,10 +1,7 @@
 #include "ui/theme.h"
 
 #include <QFile>
-#include <QFontDatabase>
-#include <QFontInfo>
 #include <QIconEngine>
-#include <QLabel>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPainter>
@@ -16,6 +13,8 @@
 #include <cmath>
 #include <memory>
 #include <utility>
+
+#include "ui/chart/japanese_font.h"
 
 using namespace Qt::StringLiterals;
 
@@ -102,32 +101,6 @@ class ThemeIconEngine : public QIconEngine {
     QString path_;
 };
 
-void SetUpFont() {
-    const QStringList japanese = QFontDatabase::families(QFontDatabase::Japanese);
-    if (japanese.contains(QFontInfo(QApplication::font()).family())) return;
-    for (const QString& family : {u"Noto Sans CJK JP"_s, u"IPAexGothic"_s, u"VL PGothic"_s}) {
-        if (!japanese.contains(family)) continue;
-        QFont font = QApplication::font();
-        font.setFamily(family);
-        QApplication::setFont(font);
-        return;
-    }
-}
-
-// Words of a survey stand in labels and tool tips, and Qt takes what looks like markup for it: a question's name could
-// have a file of the reader's shown. A tool tip is a label, too, and polished before it gets its text.
-class PlainTexts : public QObject {
-  public:
-    using QObject::QObject;
-
-    bool eventFilter(QObject* object, QEvent* event) override {
-        if (event->type() != QEvent::Polish) return false;
-        if (auto* label = qobject_cast<QLabel*>(object); label && label->textFormat() == Qt::AutoText)
-            label->setTextFormat(Qt::PlainText);
-        return false;
-    }
-};
-
 }  // namespace
 
 void SetUpApplication(QApplication& application) {
@@ -141,8 +114,7 @@ void SetUpApplication(QApplication& application) {
         translator->setParent(&application);
         QCoreApplication::installTranslator(translator.release());
     }
-    SetUpFont();
-    application.installEventFilter(new PlainTexts(&application));
+    QApplication::setFont(JapaneseFont(QApplication::font()));
 }
 
 double Contrast(const QColor& first, const QColor& second) {
