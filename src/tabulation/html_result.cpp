@@ -11,7 +11,7 @@ namespace quibra {
 
 namespace {
 
-// What survey and respondents say is text, whatever it looks like.
+// Texts of the survey and of those who answered are texts here, whatever they hold.
 QString Escaped(QString text) {
     return text.replace(u'&', u"&amp;"_s).replace(u'<', u"&lt;"_s).replace(u'>', u"&gt;"_s);
 }
@@ -64,7 +64,7 @@ class HtmlPage {
         // Rows bear the labels of the first limit, also where sorting gives other limits another order.
         const int rowCount = survey_.Questions[q].ChoiceCount + 1;
         for (int i = 0; i < rowCount; ++i) {
-            QString line = HeadCell(RowLabel(survey_, result_, 0, q, i));
+            QString line = HeadCell(Escaped(RowLabel(survey_, result_, 0, q, i)));
             for (const std::vector<BlockRow>& column : columns) {
                 if (view_.ShowsCounts()) line += FigureCell(QString::number(column[static_cast<size_t>(i)].Figure));
                 if (view_.ShowsPercent()) line += FigureCell(PercentText(column[static_cast<size_t>(i)].Share));
@@ -75,7 +75,7 @@ class HtmlPage {
         Line(u"<BR>"_s);
     }
 
-    static QString HeadCell(const QString& text) { return u"<TR><TH ALIGN=\"left\">"_s + Escaped(text) + u"</TH>"_s; }
+    static QString HeadCell(const QString& text) { return u"<TR><TH ALIGN=\"left\">"_s + text + u"</TH>"_s; }
     static QString FigureCell(const QString& text) { return u"<TD ALIGN=\"right\">"_s + text + u"</TD>"_s; }
 
     void WriteEssays() {

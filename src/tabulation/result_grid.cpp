@@ -49,18 +49,7 @@ int ResultGrid::ColumnWidth(int column) const {
 }
 
 void ResultGrid::SetColumnWidth(int column, int twips) {
-    Column& told = columns_[CheckedColumn(column)];
-    told.width = twips;
-    told.dragged = false;
-}
-
-void ResultGrid::DragColumn(int column, int twips) {
-    SetColumnWidth(column, twips);
-    columns_[CheckedColumn(column)].dragged = true;
-}
-
-bool ResultGrid::IsDragged(int column) const {
-    return columns_[CheckedColumn(column)].dragged;
+    columns_[CheckedColumn(column)].width = twips;
 }
 
 CellAlignment ResultGrid::Alignment(int column) const {

@@ -75,14 +75,10 @@ class TotalSetup {
     // Takes a record over, as far as it fits the survey: it may come from a file.
     void SetTotalOption(const TotalOption& option);
 
-    // A condition has been written that no total knows.
-    bool HasUnused() const { return wroteWhole_ || wroteColumns_; }
-    // True when it is all right to leave, or to take the options of a result over; asks when that would lose one.
+    // True when it is all right to leave; asks when a condition has been written that no total knows.
     bool MayDiscard();
-    bool MayReplace();
 
   private:
-    bool AskToLose(const QString& question);
     void ResetLimitList();
     QString ColumnText(int column) const;
     bool EditColumn(int column);
