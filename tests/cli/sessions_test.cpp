@@ -36,6 +36,6 @@ TEST_P(CliSession, GoesAsItIsTold) {
 
 INSTANTIATE_TEST_SUITE_P(Cli, CliSession,
                          testing::Values("answers", "conditions", "definitions", "essays", "files", "locks", "options",
-                                         "results", "saving", "sheets", "streams", "tables", "usage"));
+                                         "outputs", "results", "saving", "sheets", "streams", "tables", "usage"));
 
 }  // namespace quibra

@@ -1,28 +1,28 @@
-// total and essays: results of a survey.
-#include <QIODevice>
-#include <memory>
+// total, essays and page: results of a survey.
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/result_text.h"
+#include "apps/quibra-cli/total_line.h"
 #include "apps/quibra-cli/verbs.h"
-#include "conditions/condition_notation.h"
+#include "core/binary_file.h"
+#include "core/survey_reader.h"
+#include "tabulation/essay_search.h"
 #include "tabulation/html_result.h"
+#include "tabulation/page_file.h"
+#include "tabulation/text_result.h"
 #include "tabulation/total_json.h"
 #include "tabulation/total_sheet.h"
+#include "tabulation/word_count.h"
 
 using namespace Qt::StringLiterals;
 
 namespace quibra {
 
 namespace {
-
-void SetCondition(const Survey& survey, const QString& text, TotalOption& option, int column) {
-    LimitList list;
-    NotationError error;
-    if (!ParseCondition(survey, text, list, error)) RefuseUsage(NotationErrorText(text, error));
-    for (int i = 0; i <= list.Bound(); ++i)
-        option.Limits(i, column) = list[i];
-}
 
 QList<VerbOption> ResultOptions() {
     return QList<VerbOption>{
@@ -37,95 +37,6 @@ QList<VerbOption> ResultOptions() {
                 .text = u"csv の先頭に UTF-8 の印を付ける（表計算ソフトのため）"_s,
                 .english = u"Begins csv with the mark of UTF-8, for spreadsheets."_s}} +
            SurveyOptions();
-}
-
-// Shows how far a count is on the console's progress line.
-class ConsoleMonitor : public TotalMonitor {
-  public:
-    explicit ConsoleMonitor(ConsoleInterface& console) : console_(console) {}
-
-    void Started() override {
-        ProgressSpec spec;
-        spec.title = u"集計中"_s;
-        console_.ProgressOpen(spec);
-    }
-    void ShowPass(int q, int toQno, int L, int limitCount) override { pass_ = {q, toQno, L, limitCount}; }
-    void ShowPercent(qint32 done, qint32 of) override {
-        if (console_.IsProgressDue())
-            console_.Progress(PassText(pass_.q, pass_.toQno, pass_.L, pass_.limitCount),
-                              of > 0 ? double(done) / of : 1);
-    }
-    void Finished() override { console_.ProgressClose(); }
-
-  private:
-    struct Pass {
-        int q = 0;
-        int toQno = 0;
-        int L = 0;
-        int limitCount = 0;
-    };
-
-    ConsoleInterface& console_;
-    Pass pass_;
-};
-
-TotalOption OptionFromFile(const QString& path, const Survey& survey) {
-    const std::unique_ptr<QIODevice> file = OpenInput(path);
-    try {
-        return ReadTotalOptionJson(file->readAll(), survey);
-    } catch (const RuntimeError& error) {
-        throw Refusal{u"%1：%2"_s.arg(path, error.Text())};
-    }
-}
-
-void SetQuestions(const VerbLine& line, const Survey& survey, TotalOption& option) {
-    const bool from = line.Has(u"from"_s);
-    const bool to = line.Has(u"to"_s);
-    option.FromQno = static_cast<qint16>(from ? QuestionArgument(survey, line.Value(u"from"_s)) : 0);
-    option.ToQno = static_cast<qint16>(to     ? QuestionArgument(survey, line.Value(u"to"_s))
-                                       : from ? option.FromQno
-                                              : survey.QuestionCount - 1);
-    if (option.FromQno > option.ToQno) RefuseUsage(u"--from が --to より後です"_s);
-}
-
-void SetColumns(const VerbLine& line, const Survey& survey, TotalOption& option) {
-    if (line.Has(u"cross"_s)) {
-        SetCrossQuestion(option, survey, QuestionArgument(survey, line.Value(u"cross"_s)));
-    } else if (line.Has(u"predefined"_s)) {
-        SetCrossPreLimit(option, survey);
-    } else if (line.Has(u"column"_s)) {
-        const QStringList columns = line.Values(u"column"_s);
-        if (columns.size() > kMaxLimitColumns) RefuseUsage(u"--column は%1個までです"_s.arg(kMaxLimitColumns));
-        option.CrossMode = kCrossFree;
-        option.LimitCount = static_cast<qint16>(columns.size());
-        for (int i = 0; i < option.LimitCount; ++i)
-            SetCondition(survey, columns[i], option, i + 1);
-    }
-}
-
-TotalOption TableOption(const VerbLine& line, const Survey& survey) {
-    if (line.Has(u"option"_s)) {
-        TotalOption option = OptionFromFile(line.Value(u"option"_s), survey);
-        if (option.TotalKind != kTable) RefuseUsage(u"--option の TotalKind が表（1）ではありません"_s);
-        return option;
-    }
-    TotalOption option;
-    SetQuestions(line, survey, option);
-    SetColumns(line, survey, option);
-    if (line.Has(u"where"_s)) SetCondition(survey, line.Value(u"where"_s), option, 0);
-    option.Rank = static_cast<qint16>(line.Number(u"rank"_s, 0, kMaxAnswers, 0));
-    option.Rough = line.Has(u"rough"_s);
-    return option;
-}
-
-TotalView TableView(const VerbLine& line) {
-    TotalView view;
-    const QString show = line.Value(u"show"_s);
-    if (show == u"counts") view.percent = TotalView::CountsOnly;
-    if (show == u"percent") view.percent = TotalView::PercentOnly;
-    view.sort = line.Has(u"sort"_s);
-    view.space = !line.Has(u"no-space"_s);
-    return view;
 }
 
 void SetEssayCondition(const VerbLine& line, TotalOption& option) {
@@ -150,7 +61,31 @@ void SetEssayCondition(const VerbLine& line, TotalOption& option) {
     }
 }
 
-TotalOption EssayOption(const VerbLine& line, const Survey& survey) {
+// A file of options may name the references beside them.
+TotalOption EssayOptionOfFile(const QString& path, const Survey& survey, std::vector<int>& refs) {
+    QByteArray json = OptionFileBytes(path);
+    QJsonObject object = QJsonDocument::fromJson(json).object();
+    if (object.contains(u"RefQno")) {
+        const QJsonValue given = object.take(u"RefQno"_s);
+        if (!given.isArray()) throw Refusal{u"%1：RefQno: 配列ではありません。"_s.arg(path)};
+        for (const QJsonValue& q : given.toArray()) {
+            const int number = q.toInt(-1);
+            if (number < 0 || number >= survey.QuestionCount || number != q.toDouble())
+                throw Refusal{
+                    u"%1：RefQno: 0 から %2 までの整数ではありません。"_s.arg(path).arg(survey.QuestionCount - 1)};
+            refs.push_back(number);
+        }
+        json = QJsonDocument(object).toJson();
+    }
+    const TotalOption option = OptionOfJson(json, path, survey);
+    if (option.TotalKind != kEssayList) RefuseUsage(u"--option の TotalKind が記述の一覧（2）ではありません"_s);
+    return option;
+}
+
+TotalOption EssayOption(const VerbLine& line, const Survey& survey, std::vector<int>& refs) {
+    if (line.Has(u"option"_s)) return EssayOptionOfFile(line.Value(u"option"_s), survey, refs);
+    for (const QString& ref : line.Values(u"ref"_s))
+        refs.push_back(QuestionArgument(survey, ref));
     TotalOption option;
     option.TotalKind = kEssayList;
     option.FromQno = option.ToQno = static_cast<qint16>(QuestionArgument(survey, line.Arguments()[1]));
@@ -162,11 +97,27 @@ TotalOption EssayOption(const VerbLine& line, const Survey& survey) {
     return option;
 }
 
+// The list as JSON with the cells of the three columns that a tool has added, row by row from the first one on.
+QByteArray ToolJson(const TotalSheet& sheet) {
+    const ResultGrid& grid = sheet.grid;
+    QJsonArray rows;
+    for (int row = ResultGrid::kFixedRows; row < grid.Rows(); ++row) {
+        QJsonArray cells;
+        for (int column = grid.Columns() - 3; column < grid.Columns(); ++column)
+            cells.append(grid.Text(column, row));
+        rows.append(cells);
+    }
+    QJsonObject object = QJsonDocument::fromJson(WriteEssayJson(sheet.result)).object();
+    object.insert(u"Tool"_s, rows);
+    return QJsonDocument(object).toJson();
+}
+
 void CheckBom(const VerbLine& line) {
     if (line.Has(u"bom"_s) && line.Value(u"format"_s) != u"csv") RefuseUsage(u"--bom は --format csv と使います"_s);
 }
 
-void PrintResult(const Survey& survey, const TotalSheet& sheet, const VerbLine& line, StandardOutput& out) {
+void PrintResult(const Survey& survey, const TotalSheet& sheet, const VerbLine& line, bool hasTool,
+                 StandardOutput& out) {
     const QString format = line.Value(u"format"_s);
     if (format == u"html")
         out.Print(WriteHtml(survey, sheet.result, sheet.view, sheet.grid));
@@ -174,16 +125,71 @@ void PrintResult(const Survey& survey, const TotalSheet& sheet, const VerbLine& 
         out.Print((line.Has(u"bom"_s) ? QByteArray("\xEF\xBB\xBF") : QByteArray()) + GridAsCsv(sheet.grid));
     else if (format == u"text")
         out.Print(GridAsText(sheet.grid));
+    else if (hasTool)
+        out.Print(ToolJson(sheet));
     else if (sheet.result.option.TotalKind == kEssayList)
         out.Print(WriteEssayJson(sheet.result));
     else
         out.Print(WriteTotalJson(survey, sheet.result));
 }
 
-int RunTotal(const VerbLine& line, StandardOutput& out) {
-    line.AllowOneOf({u"cross"_s, u"predefined"_s, u"column"_s, u"option"_s});
-    for (const QString& other : {u"from"_s, u"to"_s, u"where"_s, u"rank"_s, u"rough"_s})
+// What a result window would be called.
+const QString kCaption = u"集計結果"_s;
+
+// The files that are asked for. A survey that is named by mistake is not written over.
+void SaveResult(const VerbLine& line, const Survey& survey, TotalSheet& sheet) {
+    const QFileInfo own(line.Argument(0));
+    for (const QString& option : {u"save-text"_s, u"save-html"_s, u"save-page"_s})
+        if (line.Has(option) && QFileInfo(line.Value(option)) == own)
+            RefuseUsage(u"%1 にアンケートファイル自身は指定できません"_s.arg(Dashed(option)));
+    if (line.Has(u"save-text"_s)) {
+        // The blank columns between limits are not written.
+        const bool space = std::exchange(sheet.view.space, false);
+        const bool isTable = sheet.result.option.TotalKind == kTable;
+        if (isTable && space) sheet.RunTotal();
+        WriteWholeFile(line.Value(u"save-text"_s), WriteText(kCaption, sheet.grid));
+        sheet.view.space = space;
+        if (isTable && space) sheet.RunTotal();
+    }
+    if (line.Has(u"save-html"_s))
+        WriteWholeFile(line.Value(u"save-html"_s), WriteHtml(survey, sheet.result, sheet.view, sheet.grid));
+    if (line.Has(u"save-page"_s)) {
+        WriteWholeFile(line.Value(u"save-page"_s), WritePage(survey, sheet, line.Argument(0), kCaption));
+        if (sheet.result.option.TotalKind == kEssayList) ErrorLine(EssayPageWarning());
+    }
+}
+
+void CheckEssayLine(const VerbLine& line) {
+    line.AllowOneOf({u"count"_s, u"search"_s, u"between"_s});
+    for (const QString& other : {u"choice"_s, u"rank"_s, u"where"_s, u"ref"_s, u"none"_s, u"empty"_s, u"filled"_s,
+                                 u"text"_s, u"number"_s, u"code"_s})
         line.AllowOneOf({u"option"_s, other});
+    if (line.Has(u"option"_s) && line.Arguments().size() > 1) RefuseUsage(u"--option と Q は一緒には使えません"_s);
+    if (!line.Has(u"option"_s) && line.Arguments().size() < 2)
+        RefuseUsage(u"Q がありません。"_s + FindVerb(u"essays"_s)->Usage());
+    const QStringList words = line.Values(u"search"_s);
+    if (words.size() > kMaxSearchWords) RefuseUsage(u"--search は%1個までです"_s.arg(kMaxSearchWords));
+    if (words.contains(QString())) RefuseUsage(u"--search の語が空です"_s);
+}
+
+// The tool that is asked for; false when none is.
+bool RunTool(const VerbLine& line, TotalSheet& sheet) {
+    if (line.Has(u"count"_s)) {
+        ShowWordCount(sheet.grid, sheet.FontScale);
+    } else if (line.Has(u"search"_s)) {
+        SearchWords(sheet.grid, line.Values(u"search"_s), sheet.FontScale);
+    } else if (line.Has(u"between"_s)) {
+        const QStringList ends = line.Value(u"between"_s).split(u',');
+        if (ends.size() != 2) RefuseUsage(u"--between A,B のように二つの数を書いてください"_s);
+        SearchNumbers(sheet.grid, NumberArgument(ends[0]), NumberArgument(ends[1]), sheet.FontScale);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+int RunTotal(const VerbLine& line, StandardOutput& out) {
+    CheckTableOptions(line, line.Values(u"column"_s));
     CheckBom(line);
     const TotalView view = TableView(line);
 
@@ -192,25 +198,69 @@ int RunTotal(const VerbLine& line, StandardOutput& out) {
     ColumnWidths widths = kDefaultColumnWidths;
     TotalSheet sheet(opened.Data(), opened.Console(), monitor, widths);
     sheet.view = view;
-    sheet.DoTotal(TableOption(line, opened.Data()));
-    PrintResult(opened.Data(), sheet, line, out);
+    sheet.DoTotal(TableOption(line, opened.Data(), line.Values(u"column"_s)));
+    SaveResult(line, opened.Data(), sheet);
+    PrintResult(opened.Data(), sheet, line, false, out);
     return kDone;
 }
 
 int RunEssays(const VerbLine& line, StandardOutput& out) {
     CheckBom(line);
+    CheckEssayLine(line);
+
     OpenedSurvey opened(line, line.Argument(0), Access::Show);
     const Survey& survey = opened.Data();
     ConsoleMonitor monitor(opened.Console());
     ColumnWidths widths = kDefaultColumnWidths;
     TotalSheet sheet(survey, opened.Console(), monitor, widths);
-    for (const QString& ref : line.Values(u"ref"_s))
-        sheet.result.RefQno.push_back(QuestionArgument(survey, ref));
     sheet.result.FromDno = line.Number(u"from-dno"_s, 0, std::numeric_limits<qint32>::max(), 0);
-    sheet.DoTotal(EssayOption(line, survey));
-    PrintResult(survey, sheet, line, out);
+    const TotalOption option = EssayOption(line, survey, sheet.result.RefQno);
+    sheet.DoTotal(option);
+    const bool hasTool = RunTool(line, sheet);
+    SaveResult(line, survey, sheet);
+    PrintResult(survey, sheet, line, hasTool, out);
     if (sheet.result.HasNext) ErrorLine(u"続きは --from-dno %1 で表示します。"_s.arg(sheet.result.FromDno));
     return kDone;
+}
+
+int RunPage(const VerbLine& line, StandardOutput& out) {
+    CheckBom(line);
+    BinaryFile file = BinaryFile::OpenToRead(line.Argument(0));
+    ByteReader in(file);
+    if (line.Has(u"dump"_s)) {
+        if (line.Arguments().size() > 1) RefuseUsage(u"--dump と SURVEY は一緒には使えません"_s);
+        out.Print(DumpPage(in));
+        return kDone;
+    }
+    if (line.Arguments().size() < 2) RefuseUsage(u"SURVEY がありません。"_s + FindVerb(u"page"_s)->Usage());
+    if (ReadMagic(in) != kPageFile) throw Refusal{u"集計結果ファイルではありません。"_s};
+    ReadDoubleLen(in);  // the survey it was made of; the one named counts
+
+    OpenedSurvey opened(line, line.Argument(1), Access::Show);
+    ConsoleMonitor monitor(opened.Console());
+    ColumnWidths widths = kDefaultColumnWidths;
+    TotalSheet sheet(opened.Data(), opened.Console(), monitor, widths);
+    TotalOption option;
+    ReadPage(in, opened.Data(), option, sheet.view);
+    sheet.result.chkSorted = sheet.view.sort;
+    sheet.DoTotal(option);
+    PrintResult(opened.Data(), sheet, line, false, out);
+    return kDone;
+}
+
+QList<VerbOption> SaveOptions() {
+    return {{.name = u"save-text"_s,
+             .value = u"OUT"_s,
+             .text = u"結果をテキストファイルにも書く（コードページ932）"_s,
+             .english = u"Also writes the result as a text file, in code page 932."_s},
+            {.name = u"save-html"_s,
+             .value = u"OUT"_s,
+             .text = u"結果を HTML ファイルにも書く（コードページ932）"_s,
+             .english = u"Also writes the result as an HTML file, in code page 932."_s},
+            {.name = u"save-page"_s,
+             .value = u"OUT"_s,
+             .text = u"結果を集計結果ファイルにも書く"_s,
+             .english = u"Also writes the result as a page file."_s}};
 }
 
 }  // namespace
@@ -224,67 +274,14 @@ Verb TotalVerb() {
                 u"COND は条件で、語を空白で区切って並べます: Q3=2（必須） |Q3=4（又は） -Q5=1（除く）\n"_s
                 u"Q5=3..7（3から7） Q5@2=3（2位で3） P4（既成限定条件4）"_s,
             .english = u"Makes a table. Without options these are simple totals of all questions."_s,
-            .options =
-                QList<VerbOption>{
-                    {.name = u"from"_s,
-                     .value = u"Q"_s,
-                     .text = u"最初の質問。--to がなければこの質問だけ"_s,
-                     .english = u"The first question; without --to the only one."_s},
-                    {.name = u"to"_s,
-                     .value = u"Q"_s,
-                     .text = u"最後の質問。--from がなければ先頭から"_s,
-                     .english = u"The last question; without --from the table begins with the first one."_s},
-                    {.name = u"cross"_s,
-                     .value = u"Q"_s,
-                     .text = u"この質問の選択肢ごとの列でクロス集計する"_s,
-                     .english = u"Crosses by the choices of this question, one column each."_s},
-                    {.name = u"predefined"_s,
-                     .value = {},
-                     .text = u"既成限定条件ごとの列でクロス集計する"_s,
-                     .english = u"Crosses by the predefined conditions of the survey."_s},
-                    {.name = u"column"_s,
-                     .value = u"COND"_s,
-                     .text = u"条件を1列にする。何度でも書ける"_s,
-                     .english = u"One more column of those who meet a condition; may be given many times."_s,
-                     .repeats = true},
-                    {.name = u"where"_s,
-                     .value = u"COND"_s,
-                     .text = u"全体の限定"_s,
-                     .english = u"Counts only those who meet this condition."_s},
-                    {.name = u"rank"_s,
-                     .value = u"N"_s,
-                     .text = u"N 番目の回答だけを数える"_s,
-                     .english = u"Counts only the answer in place N."_s},
-                    {.name = u"rough"_s,
-                     .value = {},
-                     .text = u"荒く集計する"_s,
-                     .english = u"Counts roughly, from about 200 of the samples."_s},
-                    {.name = u"sort"_s,
-                     .value = {},
-                     .text = u"多い順に並べる"_s,
-                     .english = u"Puts the most frequent choices first."_s},
-                    {.name = u"show"_s,
-                     .value = u"WHAT"_s,
-                     .text = u"counts（人数）、both（人数と％）、percent（％）"_s,
-                     .english = u"counts, both (counts and percentages, as without this option) or percent."_s,
-                     .choices = {u"both"_s, u"counts"_s, u"percent"_s}},
-                    {.name = u"no-space"_s,
-                     .value = {},
-                     .text = u"列の間に空白を入れない"_s,
-                     .english = u"Leaves no blank between columns."_s},
-                    {.name = u"option"_s,
-                     .value = u"FILE.json"_s,
-                     .text = u"集計の設定を JSON から読む"_s,
-                     .english = u"Reads the choice of questions, columns and conditions from a file; goes with none of "
-                                u"--from, --to, --cross, --predefined, --column, --where, --rank and --rough."_s}} +
-                ResultOptions(),
+            .options = TableOptions() + TableViewOptions() + SaveOptions() + ResultOptions(),
             .run = RunTotal};
 }
 
 Verb EssaysVerb() {
     return {.name = u"essays"_s,
             .summary = u"記述文を一覧にする"_s,
-            .arguments = u"FILE Q"_s,
+            .arguments = u"FILE [Q]"_s,
             .text =
                 u"質問 Q の記述文・数量・コードを、回答1つを1行として一覧にします。"_s
                 u"COND の書き方は total --help にあります。"_s,
@@ -293,6 +290,24 @@ Verb EssaysVerb() {
                 u"one answer a line."_s,
             .options =
                 QList<VerbOption>{
+                    {.name = u"count"_s,
+                     .value = {},
+                     .text = u"同じ記述文を数え、多い順に並べた列を加える"_s,
+                     .english = u"Counts identical texts and adds columns of them, the most frequent first."_s},
+                    {.name = u"search"_s,
+                     .value = u"WORD"_s,
+                     .text = u"WORD を含む記述文に印を付け、並べた列を加える。16個まで書ける"_s,
+                     .english = u"Marks the texts that hold a word and adds columns of them; up to 16 times."_s,
+                     .repeats = true},
+                    {.name = u"between"_s,
+                     .value = u"A,B"_s,
+                     .text = u"A から B までの数量に印を付け、並べた列を加える"_s,
+                     .english = u"Marks the numbers from A to B and adds columns of them."_s},
+                    {.name = u"option"_s,
+                     .value = u"FILE.json"_s,
+                     .text = u"一覧の設定を JSON から読む。RefQno に参照質問を書ける。Q は書かない"_s,
+                     .english = u"Reads what to list from a file, which may name reference questions as RefQno; goes "
+                                u"without Q."_s},
                     {.name = u"choice"_s,
                      .value = u"C"_s,
                      .text = u"この選択肢の回答だけ。なければ無回答以外の全て"_s,
@@ -338,8 +353,26 @@ Verb EssaysVerb() {
                      .value = u"N"_s,
                      .text = u"ローカル番号 N から始める"_s,
                      .english = u"Goes on at sample number N, as a long list tells at its end."_s}} +
-                ResultOptions(),
+                SaveOptions() + ResultOptions(),
             .run = RunEssays};
+}
+
+Verb PageVerb() {
+    return {.name = u"page"_s,
+            .summary = u"集計結果ファイルを開く"_s,
+            .arguments = u"PAGE [SURVEY]"_s,
+            .text =
+                u"集計結果ファイル PAGE に書かれた集計を、アンケート SURVEY のサンプルでし直します。\n"_s
+                u"--dump なら SURVEY は要らず、ファイルの項目を書かれたままの JSON で表示します。"_s,
+            .english =
+                u"Counts again what a page file asks for, in the samples of a survey; or shows the fields of the "
+                u"file as they were written."_s,
+            .options = QList<VerbOption>{{.name = u"dump"_s,
+                                          .value = {},
+                                          .text = u"ファイルの項目を JSON で表示する"_s,
+                                          .english = u"Prints the fields of the page file as JSON."_s}} +
+                       ResultOptions(),
+            .run = RunPage};
 }
 
 }  // namespace quibra

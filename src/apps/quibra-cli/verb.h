@@ -30,6 +30,7 @@ struct Verb {
     // Gets the words given, understood, and the standard output; gives an exit status, and throws a Refusal or a
     // RuntimeError when it can't do what was asked.
     int (*run)(const VerbLine& line, StandardOutput& out);
+    bool draws = false;  // needs fonts
 
     QString Usage() const;                                  // "使い方: ..."
     const VerbOption* Option(const QString& option) const;  // nullptr when it has none of that name

@@ -28,5 +28,7 @@ Verb CheckVerb();
 // Results.
 Verb TotalVerb();
 Verb EssaysVerb();
+Verb PageVerb();
+Verb ChartVerb();
 
 }  // namespace quibra
