@@ -1,6 +1,5 @@
 #include "ui/frm_processing.h"
 
-#include <QApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QScopedValueRollback>
@@ -29,14 +28,7 @@ FrmProcessing::FrmProcessing(UserInterface& ui, std::function<bool()> confirmSto
     controls_->cmdStop->installEventFilter(this);
     connect(controls_->cmdStop, &QPushButton::clicked, this, &FrmProcessing::cmdStop_Click);
     appears_.setSingleShot(true);
-    appears_.setInterval(kMillisecondsUnseen);
-    connect(&appears_, &QTimer::timeout, this, [this] {
-        // Over an open question it would keep everyone from answering that, and could not be closed itself.
-        if (QApplication::activeModalWidget())
-            appears_.start();
-        else
-            show();
-    });
+    connect(&appears_, &QTimer::timeout, this, &QWidget::show);
 }
 
 FrmProcessing::~FrmProcessing() = default;
@@ -47,10 +39,9 @@ void FrmProcessing::Open(const ProgressSpec& spec) {
     controls_->lblProcessing->setText(spec.caption);
     controls_->pctBar->Reset();
     controls_->pctBar->setAccessibleName(u"0%"_s);
-    stopped_ = false;
     controls_->cmdStop->setEnabled(true);
     controls_->cmdStop->setFocus();
-    if (spec.show) appears_.start();
+    if (spec.show) appears_.start(kMillisecondsUnseen);
 }
 
 void FrmProcessing::Close() {
@@ -69,7 +60,7 @@ void FrmProcessing::SetText(const QString& text) {
 }
 
 bool FrmProcessing::IsStopped() const {
-    return isVisible() && stopped_;
+    return isVisible() && !controls_->cmdStop->isEnabled();
 }
 
 void FrmProcessing::reject() {
@@ -94,9 +85,7 @@ void FrmProcessing::cmdStop_Click() {
     // The question runs an event loop of its own, in which the close box can be pressed again.
     if (asking_) return;
     const QScopedValueRollback asking(asking_, true);
-    if (!confirmStop_()) return;
-    stopped_ = true;
-    controls_->cmdStop->setEnabled(false);
+    if (confirmStop_()) controls_->cmdStop->setEnabled(false);
 }
 
 }  // namespace quibra

@@ -26,7 +26,9 @@
 #include "support/scripted_interface.h"
 #include "support/windows/scripted_desk.h"
 #include "support/windows/when_asked.h"
+#include "tabulation/windows/frm_graph.h"
 #include "tabulation/windows/frm_total.h"
+#include "tabulation/windows/frm_word.h"
 #include "tree_paths.h"
 #include "ui/font_dialog.h"
 #include "ui/frm_ask.h"
@@ -44,6 +46,7 @@ namespace {
 // Captions that are to stay as they are; their letter goes from one to the other.
 const QList<QStringList> kShared = {
     {u"optCross_1 既成限定条件でクロス(&L)"_s, u"optCross_2 自由な条件でクロス(&L)"_s},
+    {u"lblList 検索する語(&S)"_s, u"cmdDo 検索開始(&S)"_s},
     {u"cmdChangeLimit 変更(&R)"_s, u"chkRough 荒く集計(&R)"_s},
     {u"optCon_1 記述/数量/コードがあるもの(&E)"_s, u"optCon_2 記述(&E)"_s},
     {u"optCon_3 数量(&N)"_s, u"cmdTotal_3 新規作成(&N)"_s},
@@ -173,6 +176,7 @@ TEST_P(EveryWindow, ThatAsksServesEveryone) {
     for (const auto pick : {FrmQBox::Pick::One, FrmQBox::Pick::Several})
         CheckNew<FrmQBox>(user, pick, u"質問を選んでください"_s, questions, nullptr);
     CheckNew<FrmDirBox>(user, folder.path(), nullptr);
+    CheckNew<FrmWord>(user, QStringList{u"公園"_s}, nullptr);
     CheckNew<FrmOther>(user, nullptr);
     CheckNew<FrmTitle>(user, TitleUse::About);
     FrmProcessing processing(user, [] { return false; });
@@ -198,6 +202,7 @@ TEST_P(EveryWindow, OverASurveyServesEveryone) {
     session.Unlock();
     CheckNew<FrmLimit>(session);
     CheckNew<FrmLimit>(session, LimitList(), qint16{0});
+    CheckNew<FrmGraph>(session, results);
     for (const int kind : {1, 2}) {
         FrmTotal total(session, results, desk);
         total.SetWindow(kind);

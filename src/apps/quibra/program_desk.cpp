@@ -6,6 +6,9 @@
 #include "entry/windows/frm_collect.h"
 #include "session/survey_session.h"
 #include "session/windows/frm_key.h"
+#include "session/windows/frm_other.h"
+#include "tabulation/windows/frm_graph.h"
+#include "tabulation/windows/frm_grid_base.h"
 #include "tabulation/windows/frm_total.h"
 #include "ui/form.h"
 
@@ -14,13 +17,12 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 ProgramDesk::ProgramDesk(SurveySession& session, QWidget& main)
-    : session_(session), main_(main), results_(session, *this) {
-    QObject::connect(&session_, &SurveySession::StateChanged, &main_, [this] { CloseForbidden(); });
-}
+    : session_(session), main_(main), results_(session, *this) {}
 
 ProgramDesk::~ProgramDesk() {
-    // It listens to the result windows, which go before the main window takes its children.
+    // They listen to the result windows, which go before the main window takes its children.
     delete total_;
+    delete graph_;
 }
 
 void ProgramDesk::ShowCollect() {
@@ -30,17 +32,7 @@ void ProgramDesk::ShowCollect() {
     session_.ChangedOn();
 }
 
-// A window stands open only while the lock leaves its command on.
-void ProgramDesk::CloseForbidden() {
-    if (!session_.menu.mnuSetLimit) CloseSlotEditor();
-    if (session_.menu.mnuStatis) return;
-    if (total_) total_->close();
-    for (FrmGridBase* sheet : results_.All())
-        sheet->close();
-}
-
 void ProgramDesk::ShowSlotEditor() {
-    if (total_ && !total_->MayDiscard()) return;
     CloseSlotEditor();
     CloseAll();
     // A question whose condition leads back to it has no depth, which its list shows.
@@ -57,8 +49,16 @@ FrmTotal& ProgramDesk::Total() {
     return *total_;
 }
 
+FrmGraph& ProgramDesk::Graph() {
+    if (!graph_) graph_ = new FrmGraph(session_, results_, &main_);
+    graph_->show();
+    return *graph_;
+}
+
 void ProgramDesk::ShowTotal() {
     Total().SetWindow(kTable);
+    Graph();
+    total_->raise();
     total_->activateWindow();
 }
 
@@ -68,8 +68,6 @@ void ProgramDesk::TotalAnew() {
 }
 
 void ProgramDesk::ShowLock() {
-    // What can change the survey gives way before it may be locked.
-    CloseSlotEditor();
     FrmKey(session_, &main_).exec();
 }
 
@@ -81,8 +79,19 @@ void ProgramDesk::TellAbsent() {
     session_.ui.Message(u"この画面はまだありません。"_s, kInformation);
 }
 
-void ProgramDesk::PageOpen(const QString&) {
-    TellAbsent();
+void ProgramDesk::PageOpen(const QString& path) {
+    FrmTotal& total = Total();
+    // A survey whose totals are locked shows none of its pages either.
+    if (session_.menu.mnuKey && !session_.menu.mnuStatis && !VerifyPassword(session_.ui, &main_, session_.survey.Password)) {
+        total.close();
+        return;
+    }
+    FrmGridBase& sheet = total.Sheet();
+    sheet.SetActivationCounts(false);
+    const QPointer<FrmGridBase> shown = &sheet;
+    sheet.PageLoad(path);
+    if (shown) shown->SetActivationCounts(true);
+    if (total_) total_->SetTotalOption();
 }
 
 void ProgramDesk::CloseAll() {
@@ -104,7 +113,8 @@ bool ProgramDesk::IsSampleShown() const {
 }
 
 void ProgramDesk::ShowChart() {
-    TellAbsent();
+    Graph().raise();
+    graph_->activateWindow();
 }
 
 void ProgramDesk::ShowBatchAdd(std::vector<qint32>) {
@@ -120,7 +130,6 @@ void ProgramDesk::CloseSlotEditor() {
 }
 
 bool ProgramDesk::CloseShowingDefinition(const QWidget* editor) {
-    if (total_ && !total_->MayDiscard()) return false;
     CloseSlotEditor();
     WindowsCloseAll(editor);
     return true;

@@ -9,6 +9,7 @@
 
 namespace quibra {
 
+class FrmGraph;
 class FrmLimit;
 class FrmTotal;
 class SurveySession;
@@ -46,12 +47,13 @@ class ProgramDesk : public Desk {
 
   private:
     FrmTotal& Total();
-    void CloseForbidden();
+    FrmGraph& Graph();
 
     SurveySession& session_;
     QWidget& main_;
     ResultWindows results_;
     QPointer<FrmTotal> total_;
+    QPointer<FrmGraph> graph_;
     QPointer<FrmLimit> slotEditor_;
 };
 

@@ -1,22 +1,18 @@
 #include "tabulation/windows/frm_grid_base.h"
 
-#include <QClipboard>
 #include <QCloseEvent>
 #include <QDeadlineTimer>
-#include <QFileInfo>
 #include <QFontInfo>
-#include <QGuiApplication>
 #include <QScopeGuard>
 #include <QThread>
 #include <QWindow>
 #include <algorithm>
 
 #include "core/attempt.h"
+#include "core/binary_file.h"
 #include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/numbers.h"
-#include "core/typed_number.h"
-#include "core/whole_file.h"
 #include "session/survey_session.h"
 #include "tabulation/html_result.h"
 #include "tabulation/text_result.h"
@@ -71,15 +67,9 @@ FrmGridBase::FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& d
     SetKindMenus(false);
     SetUpForm(this, session.ui, kHelpResult);
 
-    for (QAction* later : {ui_->mnuPageLoad, ui_->mnuPageSave, ui_->mnuOutput, ui_->mnuGraphOrder_4, ui_->mnuGoEssay,
-                           ui_->mnuEssayTotal, ui_->mnuSearchLetter, ui_->mnuSearchNumber})
-        connect(later, &QAction::triggered, this, &FrmGridBase::ComesLater);
-    for (QAction* later : {ui_->mnuGraphOrder_0, ui_->mnuGraphOrder_1, ui_->mnuGraphOrder_2, ui_->mnuGraphOrder_3})
-        connect(later, &QAction::triggered, this, [this, later](bool checked) {
-            later->setChecked(!checked);
-            ComesLater();
-        });
+    ConnectTools();
     connect(ui_->mnuSearch, &QAction::triggered, this, [this] { desk_.ShowBatchAdd(sheet_.result.Places()); });
+    connect(ui_->mnuOutput, &QAction::triggered, this, [this] { desk_.ShowExport(sheet_.result.Places()); });
     connect(ui_->mnuRefQno, &QAction::triggered, this, &FrmGridBase::mnuRefQno_Click);
     connect(ui_->mnuQuit, &QAction::triggered, this, &FrmGridBase::close);
     connect(ui_->mnuCopy, &QAction::triggered, this, &FrmGridBase::mnuCopy_Click);
@@ -97,10 +87,10 @@ FrmGridBase::FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& d
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &FrmGridBase::cmdCancel_Click);
     connect(ui_->Grid, &FlexGrid::CurrentCellChanged, this, &FrmGridBase::Grid_CurrentCellChange);
     connect(ui_->Grid, &FlexGrid::CopyRequested, this, [this] {
-        if (!totals_) mnuCopy_Click();
+        if (ui_->mnuEdit->isEnabled()) mnuCopy_Click();
     });
     connect(ui_->Grid, &FlexGrid::MenuRequested, this, [this](const QPoint& place) {
-        if (!totals_) ui_->mnuEdit->popup(place);
+        if (ui_->mnuEdit->isEnabled()) ui_->mnuEdit->popup(place);
     });
 
     const QFontMetrics metrics = fontMetrics();
@@ -126,7 +116,7 @@ void FrmGridBase::changeEvent(QEvent* event) {
 }
 
 void FrmGridBase::closeEvent(QCloseEvent* event) {
-    if (totals_) {
+    if (!ui_->mnuFile->isEnabled()) {
         session_.ui.Beep();
         event->ignore();
         return;
@@ -151,60 +141,28 @@ void FrmGridBase::mnuRefQno_Click() {
 void FrmGridBase::mnuCopy_Click() {
     session_.ui.Busy(true);
     const auto idle = qScopeGuard([this] { session_.ui.Busy(false); });
-    const CellRange range = ui_->Grid->Selection();
-    Attempt(session_.ui, [&] {
-        const QString dump = sheet_.grid.Dump(range.column1, range.row1, range.column2, range.row2);
-        QGuiApplication::clipboard()->setText(ClipText(dump));
-    });
-}
-
-// Beside the survey, by its name.
-QString FrmGridBase::ProposedPath(const QString& suffix) const {
-    const QFileInfo survey(session_.survey.FileName);
-    return survey.path() + u'/' + survey.completeBaseName() + u"-集計"_s + suffix;
-}
-
-void FrmGridBase::TellWritten(const QString& path, const QString& fault) {
-    if (fault.isEmpty()) {
-        const QString told = path + u" に保存しました。"_s;
-        ui_->lblInfo2->setText(ui_->lblInfo2->fontMetrics().elidedText(told, Qt::ElideMiddle, ui_->lblInfo2->width()));
-        ui_->lblInfo2->setToolTip(told);
-    } else {
-        session_.ui.Message(fault + u"\r\n"_s + path, kOkOnly);
-    }
-    session_.ui.Beep();
+    Attempt(session_.ui, [this] { CopySelection(); });
 }
 
 void FrmGridBase::mnuTextSave_Click() {
-    const QString path = session_.ui.FileBox(ProposedPath(u".txt"_s), u"全てのファイル(*.*)|*.*|"_s, true);
+    const QString path = session_.ui.FileBox(QString(), u"全てのファイル(*.*)|*.*|"_s, true);
     if (path.isEmpty()) return;
     // The blank columns between limits are not written.
     const bool spaced = ui_->mnuSpace->isVisible() && ui_->mnuSpace->isChecked();
     if (spaced) ui_->mnuSpace->trigger();
     ui_->Grid->selectAll();
-    QString fault;
-    try {
-        WriteWholeFile(path, WriteText(windowTitle(), sheet_.grid));
-    } catch (const RuntimeError& error) {
-        fault = error.Text();
-    }
+    const QString fault = WriteResult(path, [this] { return WriteText(windowTitle(), sheet_.grid); });
     if (spaced) ui_->mnuSpace->trigger();
     TellWritten(path, fault);
 }
 
 void FrmGridBase::mnuHTMLSave_Click() {
     const QString path =
-        session_.ui.FileBox(ProposedPath(u".htm"_s), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
+        session_.ui.FileBox(QString(), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
     if (path.isEmpty()) return;
-    session_.ui.Busy(true);
-    QString fault;
-    try {
-        WriteWholeFile(path, WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid));
-    } catch (const RuntimeError& error) {
-        fault = error.Text();
-    }
-    session_.ui.Busy(false);
-    TellWritten(path, fault);
+    TellWritten(path, WriteResult(path, [this] {
+                    return WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid);
+                }));
 }
 
 void FrmGridBase::mnuPercent_Click(int index) {
@@ -232,25 +190,27 @@ void FrmGridBase::cmdNext_Click() {
     if (!session_.ui.InputBox(u"集計の続き"_s, u"ﾛｰｶﾙ番号"_s, u"～"_s + QString::number(last),
                               u"ﾛｰｶﾙ番号何番から集計を続けますか？"_s, text))
         return;
-    text = NarrowFigures(text).trimmed();
+    text = text.trimmed();
     if (text.isEmpty() || text.front() < u'0' || text.front() > u'9') return;  // would read as 0
     Attempt(session_.ui, [&] {
         const double from = LeadingNumber(text);
         if (from > last) return;
-        TotalFrom(RoundToInt32(from));
+        sheet_.result.FromDno = RoundToInt32(from);
+        DoTotal();
     });
 }
 
 void FrmGridBase::cmdCancel_Click() {
-    if (session_.ui.Message(u"中止しますか？"_s, kOkCancel | kSecondDefault) != Answer::Ok) return;
-    cancelled_ = true;
-    ui_->cmdCancel->setEnabled(false);
+    // The disabled button is what the total looks at.
+    if (session_.ui.Message(u"中止しますか？"_s, kOkCancel | kSecondDefault) == Answer::Ok)
+        ui_->cmdCancel->setEnabled(false);
 }
 
 void FrmGridBase::Grid_CurrentCellChange() {
-    if (totals_) return;
+    if (ui_->txtGrid->isHidden()) return;
     ui_->txtGrid->setText(ui_->Grid->CurrentText());
     ui_->txtGrid->setCursorPosition(0);
+    SendChart();
 }
 
 void FrmGridBase::Started() {
@@ -259,7 +219,6 @@ void FrmGridBase::Started() {
     ui_->lblInfo2->setText(u"集計中"_s);
     ui_->lblInfo->clear();
     SetIdle(false);
-    cancelled_ = false;
     ui_->cmdCancel->show();
     ui_->cmdCancel->setEnabled(true);
     ui_->cmdCancel->setFocus();
@@ -314,7 +273,7 @@ void FrmGridBase::LetEventsRun() {
 }
 
 bool FrmGridBase::Cancelled() const {
-    return cancelled_;
+    return !ui_->cmdCancel->isEnabled();
 }
 
 void FrmGridBase::Finished() {
@@ -336,21 +295,17 @@ void FrmGridBase::Finished() {
     ui_->Grid->RefreshSizes(true);
     ui_->Grid->setUpdatesEnabled(true);
     SetIdle(true);
+    lastChart_ = {};
     ui_->Grid->Select({0, ResultGrid::kFixedRows, 0, ResultGrid::kFixedRows});
     ui_->Grid->setFocus();
 }
 
 void FrmGridBase::DoTotal() {
-    TotalFrom(0);
-}
-
-void FrmGridBase::TotalFrom(qint32 dno) {
-    sheet_.result.FromDno = dno;
     show();
     raise();
     activateWindow();
     SetKindMenus(windows_.option.TotalKind == kEssayList);
-    shownFromDno_ = dno;
+    shownFromDno_ = sheet_.result.FromDno;
     Attempt(session_.ui, [this] { sheet_.DoTotal(windows_.option); });
 }
 
@@ -365,8 +320,9 @@ void FrmGridBase::RunTotal() {
 }
 
 void FrmGridBase::TotalAgain() {
-    if (totals_) return;
-    TotalFrom(shownFromDno_);
+    if (!ui_->mnuFile->isEnabled()) return;
+    sheet_.result.FromDno = shownFromDno_;
+    DoTotal();
 }
 
 void FrmGridBase::SetKindMenus(bool essayList) {
@@ -387,17 +343,12 @@ void FrmGridBase::SetIdle(bool idle) {
         pause_.End();
     else
         pause_.Begin(this);
-    totals_ = !idle;
     ui_->txtGrid->setVisible(idle);
     ui_->mnuFile->setEnabled(idle);
     ui_->mnuEdit->setEnabled(idle);
     ui_->mnuFont->setEnabled(idle);
     ui_->totalAgain->setEnabled(idle);
     ui_->cmdCancel->setEnabled(!idle);
-}
-
-void FrmGridBase::ComesLater() {
-    session_.ui.Message(u"この機能はまだ使えません。"_s, kOkOnly);
 }
 
 }  // namespace quibra

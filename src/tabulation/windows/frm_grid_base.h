@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 
+#include "tabulation/chart_data.h"
 #include "tabulation/total_sheet.h"
 #include "ui/form.h"
 
@@ -27,8 +28,7 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& desk);
     ~FrmGridBase() override;
 
-    // Shows the window and totals by the current options (ResultWindows::option), from the first sample on; returns
-    // when that is done.
+    // Shows the window and totals by the current options (ResultWindows::option); returns when that is done.
     void DoTotal();
 
     // While this is off the window can come to the front without handing its options back. Whoever lets a window total
@@ -36,6 +36,11 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     void SetActivationCounts(bool on);
 
     const TotalSheet& Sheet() const { return sheet_; }
+
+    // Takes options, conditions and view of a page file and totals by them.
+    void PageLoad(const QString& path);
+    // The chart of the selected cell anew, even if it is drawn already.
+    void ResendGraphData();
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -60,16 +65,29 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     bool Cancelled() const override;
     void Finished() override;
 
-    void TotalFrom(qint32 dno);
     void RunTotal();
-    QString ProposedPath(const QString& suffix) const;
-    void TellWritten(const QString& path, const QString& fault);
     void TotalAgain();
     void SetKindMenus(bool essayList);
     void SetIdle(bool idle);
     void WaitUntilDrawn();
     void RefreshProgress();
-    void ComesLater();
+
+    // In frm_grid_base_tools.cpp.
+    void ConnectTools();
+    void CopySelection();
+    QString WriteResult(const QString& path, const std::function<QByteArray()>& bytes);
+    void TellWritten(const QString& path, const QString& fault);
+    void RunTool(const std::function<void()>& tool);
+    void SendChart();
+    void ShowView(const TotalView& view);
+    void mnuEssayTotal_Click();
+    void mnuSearchLetter_Click();
+    void mnuSearchNumber_Click();
+    void mnuGoEssay_Click();
+    void mnuGraphOrder_Click();
+    void mnuPageLoad_Click();
+    void mnuPageSave_Click();
+    void mnuPrint_Click();
 
     std::unique_ptr<Ui::frmGridBase> ui_;
     SurveySession& session_;
@@ -78,8 +96,8 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     TotalSheet sheet_;
     ResultGridModel* model_;
     FormPause pause_;
-    bool totals_ = false;  // a total runs
-    bool cancelled_ = false;
+    QStringList searchWords_;  // of the last word search
+    LastChart lastChart_;
     qint32 shownFromDno_ = 0;  // where the list now shown starts
 
     // What a running total has told last, shown when the clock says so.

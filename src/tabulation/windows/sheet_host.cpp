@@ -4,6 +4,7 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "session/survey_session.h"
 #include "tabulation/windows/frm_grid_base.h"
 
 namespace quibra {
@@ -28,7 +29,22 @@ void StepAside(QWidget& window) {
 
 ResultWindows::ResultWindows(SurveySession& session, Desk& desk) : session_(session), desk_(desk) {}
 
-ResultWindows::~ResultWindows() = default;
+ResultWindows::~ResultWindows() {
+    QObject::disconnect(sessionChanged_);
+}
+
+void ResultWindows::TakePageFile() const {
+    if (pageFileOpen_) throw RuntimeError(kErrorFileAlreadyOpen);
+}
+
+void ResultWindows::LeavePageFileOpen() {
+    pageFileOpen_ = true;
+    sessionChanged_ = QObject::connect(&session_, &SurveySession::StateChanged, &session_, [this] {
+        pageFileOpen_ = false;
+        session_.ui.Busy(false);
+        QObject::disconnect(sessionChanged_);
+    });
+}
 
 // Whether a result that is shown lies where this one would.
 bool ResultWindows::IsCovered(const FrmGridBase& sheet) const {

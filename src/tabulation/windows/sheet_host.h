@@ -2,6 +2,7 @@
 // session and the desk must outlive it. It owns the windows it makes, until they are closed.
 #pragma once
 
+#include <QMetaObject>
 #include <memory>
 #include <vector>
 
@@ -10,6 +11,7 @@
 namespace quibra {
 
 class Desk;
+class FrmGraph;
 class FrmGridBase;
 class SurveySession;
 
@@ -40,6 +42,15 @@ class ResultWindows {
     void AddHost(SheetHost& host);
     void RemoveHost(SheetHost& host);
 
+    // The chart window that results send their charts to; null while there is none.
+    FrmGraph* Graph() const { return graph_; }
+    void SetGraph(FrmGraph* graph) { graph_ = graph; }
+
+    // The one file that pages are read from. A file that proved to be none stays open, and the pointer busy, until a
+    // survey is loaded or saved; until then it can't be taken: run-time error 55.
+    void TakePageFile() const;
+    void LeavePageFileOpen();
+
     // What a window tells of itself.
     void Activated(FrmGridBase& sheet);
     void Closed(FrmGridBase& sheet);
@@ -51,6 +62,9 @@ class ResultWindows {
     Desk& desk_;
     std::vector<std::unique_ptr<FrmGridBase>> sheets_;
     std::vector<SheetHost*> hosts_;
+    FrmGraph* graph_ = nullptr;
+    bool pageFileOpen_ = false;
+    QMetaObject::Connection sessionChanged_;
 };
 
 }  // namespace quibra
