@@ -4,7 +4,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "core/binary_file.h"
+#include "core/file_names.h"
+#include "core/whole_file.h"
 #include "session/survey_file.h"
 #include "silent_interface.h"
 #include "synthetic_survey.h"
@@ -64,11 +65,10 @@ void WriteBytes(benchmark::State& state) {
     std::vector<unsigned char> bytes(static_cast<size_t>(source.Size()));
     source.Read(bytes.data(), bytes.size());
     for (auto _ : state) {
-        BinaryFile file = BinaryFile::Create(path);
+        WholeFile file(path);
         for (size_t done = 0; done < bytes.size(); done += kPieceBytes)
-            file.Write(bytes.data() + done, std::min(kPieceBytes, bytes.size() - done));
-        file.Sync();
-        file.Close();
+            file.Bytes().Write(bytes.data() + done, std::min(kPieceBytes, bytes.size() - done));
+        file.Replace();
     }
     RemoveFile(path);
     BytesPerSecond(state);

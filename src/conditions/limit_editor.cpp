@@ -186,6 +186,7 @@ void LimitEditor::CommitPreLimit() {
     preChanged_[slot_] = true;
     preLimitRows_[slot_] = PreLimitText(slot_);
     session_.ChangedOn();
+    session_.Refresh(SurveySession::Change::Definition);
 }
 
 void LimitEditor::Pick(int k, bool on) {
@@ -202,6 +203,7 @@ void LimitEditor::Close(const std::function<void(const QString&)>& show) {
     session_.ui.Busy(true);
     const auto done = qScopeGuard([this] { session_.ui.Busy(false); });
     session_.ChangedOn();
+    session_.Refresh(SurveySession::Change::Definition);
     for (int k = 0; k < kPreLimitSlots; ++k)
         if (preChanged_[k]) RefreshPreLimitBits(k, show);
 }

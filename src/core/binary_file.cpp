@@ -4,15 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <QtEndian>
-#include <cerrno>
-#include <climits>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <utility>
 
 #include "core/code_page.h"
 #include "core/numbers.h"
@@ -31,96 +25,29 @@ constexpr size_t kChunkSize = size_t{1} << 20;
 // still for as long as a slow disk takes.
 constexpr size_t kSyncPiece = size_t{16} << 20;
 
-constexpr unsigned kNewFilePermissions = 0666;
-
 constexpr int kShortestMirror = 1;
 constexpr int kLongestMirror = 1023;
 constexpr int kLongestSquare = 1000;
 constexpr int kSquareOffset = 32768;
 
-[[noreturn]] void ThrowErrno() {
-    throw RuntimeError::FromErrno(errno);
-}
-
-// Runs a system call again for as long as signals interrupt it.
-template <typename Call>
-auto Checked(Call call) {
-    for (;;) {
-        const auto result = call();
-        if (result >= 0) return result;
-        if (errno != EINTR) ThrowErrno();
-    }
-}
-
-QByteArray NativePath(const QString& path) {
-    // A name cut at a zero byte would be that of another file.
-    if (path.contains(QChar::Null)) throw RuntimeError(kErrorPathAccess);
-    return QFile::encodeName(path);
-}
-
-// False when nothing stands under the name, where a folder that is none is nothing too.
-bool Status(const QString& path, struct stat& status) {
-    if (path.contains(QChar::Null)) return false;
-    if (stat(NativePath(path).constData(), &status) == 0) return true;
-    if (errno == ENOENT || errno == ENOTDIR) return false;
-    ThrowErrno();
-}
-
-QString FolderOf(const QString& path) {
-    const qsizetype slash = path.lastIndexOf(u'/');
-    if (slash < 0) return u"."_s;
-    return slash == 0 ? u"/"_s : path.left(slash);
-}
-
-void CopyFile(const QString& from, const QString& to) {
-    BinaryFile in = BinaryFile::OpenToRead(from);
-    BinaryFile out = BinaryFile::Create(to, PermissionsOf(from));
-    std::vector<unsigned char> chunk(kChunkSize);
-    while (const size_t size = in.Read(chunk.data(), chunk.size()))
-        out.Write(chunk.data(), size);
-    out.Sync();
-    out.Close();
-}
-
 }  // namespace
 
 BinaryFile BinaryFile::OpenToRead(const QString& path) {
     const QByteArray name = NativePath(path);
-    return BinaryFile(Checked([&] { return open(name.constData(), O_RDONLY | O_CLOEXEC); }));
-}
-
-BinaryFile BinaryFile::Create(const QString& path, std::optional<unsigned> permissions) {
-    RemoveFile(path);
-    const QByteArray name = NativePath(path);
-    const unsigned mode = permissions.value_or(kNewFilePermissions);
-    const int descriptor = open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    // A new file misses nothing but its folder.
-    if (descriptor < 0 && errno == ENOENT) throw RuntimeError(kErrorPathNotFound);
-    if (descriptor < 0) ThrowErrno();
-    BinaryFile file(descriptor);
-    // Given permissions are those of an older version of the file: the umask has no part in them. A file system that
-    // knows no permissions may refuse.
-    if (permissions && fchmod(file.descriptor_, mode) != 0 && errno != EPERM) ThrowErrno();
-    return file;
-}
-
-BinaryFile::BinaryFile(BinaryFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), unsynced_(other.unsynced_) {}
-
-BinaryFile::~BinaryFile() {
-    if (descriptor_ >= 0) close(descriptor_);
+    return BinaryFile(Descriptor(Checked([&] { return open(name.constData(), O_RDONLY | O_CLOEXEC); })));
 }
 
 qint64 BinaryFile::Size() const {
     struct stat status;
-    Checked([&] { return fstat(descriptor_, &status); });
+    Checked([&] { return fstat(file_.Number(), &status); });
     return status.st_size;
 }
 
 size_t BinaryFile::Read(unsigned char* bytes, size_t size) {
     size_t done = 0;
     while (done < size) {
-        const auto count = static_cast<size_t>(Checked([&] { return read(descriptor_, bytes + done, size - done); }));
+        const auto count =
+            static_cast<size_t>(Checked([&] { return read(file_.Number(), bytes + done, size - done); }));
         if (count == 0) break;
         done += count;
     }
@@ -129,63 +56,20 @@ size_t BinaryFile::Read(unsigned char* bytes, size_t size) {
 
 void BinaryFile::Write(const unsigned char* bytes, size_t size) {
     for (size_t done = 0; done < size;)
-        done += static_cast<size_t>(Checked([&] { return write(descriptor_, bytes + done, size - done); }));
+        done += static_cast<size_t>(Checked([&] { return write(file_.Number(), bytes + done, size - done); }));
     unsynced_ += size;
     if (unsynced_ < kSyncPiece) return;
-    Checked([&] { return fdatasync(descriptor_); });
+    Checked([&] { return fdatasync(file_.Number()); });
     unsynced_ = 0;
 }
 
 void BinaryFile::Sync() {
-    Checked([&] { return fsync(descriptor_); });
+    Checked([&] { return fsync(file_.Number()); });
 }
 
 void BinaryFile::Close() {
     // The descriptor is gone whatever close says, so it is never tried twice.
-    if (close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) ThrowErrno();
-}
-
-PathKind KindOfPath(const QString& path) {
-    struct stat status;
-    if (!Status(path, status)) return PathKind::Nothing;
-    return S_ISREG(status.st_mode) ? PathKind::File : PathKind::Other;
-}
-
-unsigned PermissionsOf(const QString& path) {
-    struct stat status;
-    if (!Status(path, status)) throw RuntimeError(kErrorFileNotFound);
-    return status.st_mode & 07777;
-}
-
-QString ResolvedPath(const QString& path) {
-    char resolved[PATH_MAX];
-    return realpath(NativePath(path).constData(), resolved) ? QFile::decodeName(resolved) : path;
-}
-
-void MoveFile(const QString& from, const QString& to) {
-    if (rename(NativePath(from).constData(), NativePath(to).constData()) == 0) return;
-    if (errno != EXDEV) ThrowErrno();
-    const QString copy = to + u"~copy"_s;
-    CopyFile(from, copy);
-    MoveFile(copy, to);
-    SyncFolder(to);
-    RemoveFile(from);
-}
-
-void RemoveFile(const QString& path) {
-    if (unlink(NativePath(path).constData()) != 0 && errno != ENOENT) ThrowErrno();
-}
-
-void SyncFolder(const QString& path) {
-    const QByteArray name = NativePath(FolderOf(path));
-    const int folder = open(name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    // A folder may be written and not read; then its flush is left to the system.
-    if (folder < 0 && errno == EACCES) return;
-    if (folder < 0) ThrowErrno();
-    const int failed = fsync(folder) == 0 ? 0 : errno;
-    close(folder);
-    // Some file systems have no such flush for folders and say so with EINVAL: nothing more can be done there.
-    if (failed != 0 && failed != EINVAL) throw RuntimeError::FromErrno(failed);
+    if (close(file_.Release()) != 0 && errno != EINTR) ThrowErrno();
 }
 
 ByteReader::ByteReader(QByteArrayView bytes)
@@ -290,12 +174,6 @@ void WriteSquareStr(ByteWriter& out, const QString& text) {
         const qint64 code = CharacterCode(text[i]);
         out.Int16(CheckedInt16(code * code - kSquareOffset));
     }
-}
-
-void WriteWholeFile(const QString& path, QByteArrayView bytes) {
-    BinaryFile file = BinaryFile::Create(path);
-    file.Write(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<size_t>(bytes.size()));
-    file.Close();
 }
 
 }  // namespace quibra

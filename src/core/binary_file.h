@@ -1,12 +1,14 @@
-// Files as bytes: opening, reading, writing, flushing to the disk, renaming, and the string forms of the survey and
-// page files. A failed call is a RuntimeError with the number and text of its errno. Qt's file classes hide the exact
-// steps (when data reach the disk, what a rename replaces), so the system calls are used as they are.
+// Files as bytes: opening, reading, writing, flushing to the disk, and the string forms of the survey and page files. A
+// failed call is a RuntimeError with the number and text of its errno. Qt's file classes hide the exact steps (when
+// data reach the disk, what a rename replaces), so the system calls are used as they are. Files are made by
+// core/whole_file.h.
 #pragma once
 
 #include <QByteArray>
 #include <QString>
-#include <optional>
 #include <vector>
+
+#include "core/system_call.h"
 
 namespace quibra {
 
@@ -14,13 +16,7 @@ namespace quibra {
 class BinaryFile {
   public:
     static BinaryFile OpenToRead(const QString& path);
-    // Makes the file anew, with these permission bits or else those of any new file. What stood under that name is
-    // removed, never written into.
-    static BinaryFile Create(const QString& path, std::optional<unsigned> permissions = std::nullopt);
-
-    BinaryFile(BinaryFile&& other) noexcept;
-    BinaryFile& operator=(BinaryFile&&) = delete;
-    ~BinaryFile();
+    explicit BinaryFile(Descriptor file) : file_(std::move(file)) {}
 
     qint64 Size() const;
     // Up to `size` bytes; fewer only at the end of the file.
@@ -32,24 +28,9 @@ class BinaryFile {
     void Close();
 
   private:
-    explicit BinaryFile(int descriptor) : descriptor_(descriptor) {}
-
-    int descriptor_;
+    Descriptor file_;
     size_t unsynced_ = 0;  // bytes written since they were last sent to the disk
 };
-
-// What stands under a name.
-enum class PathKind { Nothing, File, Other };
-PathKind KindOfPath(const QString& path);
-unsigned PermissionsOf(const QString& path);
-// The path behind symbolic links; the path itself when nothing stands there.
-QString ResolvedPath(const QString& path);
-// Replaces `to` in one step. Across file systems the bytes are copied and flushed before `from` goes.
-void MoveFile(const QString& from, const QString& to);
-// A file that is not there counts as removed.
-void RemoveFile(const QString& path);
-// Returns once the names in the folder of `path` are on the disk.
-void SyncFolder(const QString& path);
 
 // Reads bytes in sequence, from memory or from a file that is taken in chunks, so that a large file is never in memory
 // twice. Integers are little-endian. Reading past the end is run-time error 62. The memory or file must outlive it.
@@ -126,8 +107,5 @@ void WriteMirrorStr(ByteWriter& out, const QString& text);
 // run-time error 6.
 QString ReadSquareStr(ByteReader& in);
 void WriteSquareStr(ByteWriter& out, const QString& text);
-
-// Writes `bytes` as the file at `path`.
-void WriteWholeFile(const QString& path, QByteArrayView bytes);
 
 }  // namespace quibra

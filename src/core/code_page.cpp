@@ -2,6 +2,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace quibra {
 
 namespace {
@@ -117,6 +119,31 @@ QByteArray EncodeCodePage(QStringView text) {
     }
     bytes.truncate(out - bytes.constData());
     return bytes;
+}
+
+QList<CodePageLoss> CodePageLosses(QStringView text) {
+    static const QString kSameToTheEye = u"—‖‾−〜"_s;
+    QList<CodePageLoss> losses;
+    qsizetype number = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        ++number;
+        const bool pair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        const QStringView character = text.mid(i, pair ? 2 : 1);
+        const QString written = DecodeCodePage(EncodeCodePage(character));
+        if (character != written && !kSameToTheEye.contains(text[i]))
+            losses.append({.at = i, .number = number, .character = character.toString(), .written = written});
+        if (pair) ++i;
+    }
+    return losses;
+}
+
+QString CodePageLossText(const QList<CodePageLoss>& losses) {
+    constexpr qsizetype kMostLines = 5;
+    QStringList lines;
+    for (const CodePageLoss& loss : losses.first(std::min(kMostLines, losses.size())))
+        lines += u"%1文字目「%2」は「%3」になります。"_s.arg(loss.number).arg(loss.character, loss.written);
+    if (losses.size() > kMostLines) lines += u"ほか%1文字。"_s.arg(losses.size() - kMostLines);
+    return lines.join(u"\r\n"_s);
 }
 
 int CharacterCode(QChar character) {

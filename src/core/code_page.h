@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QList>
 #include <QString>
 
 namespace quibra {
@@ -14,6 +15,20 @@ QString DecodeCodePage(QByteArrayView bytes);
 
 // Text to bytes, "?" for each character (a surrogate pair is one) that the code page lacks.
 QByteArray EncodeCodePage(QStringView text);
+
+// What a text loses when it is written: a character that the code page lacks and what stands in its place, "?" or the
+// nearest that it has ("e" for "é"). Dashes, wave and overline that other systems type differ by number only and are
+// not counted.
+struct CodePageLoss {
+    qsizetype at;       // place in the text
+    qsizetype number;   // which character of the text it is, from 1
+    QString character;  // perhaps a surrogate pair
+    QString written;
+    bool IsLost() const { return written == u"?"; }
+};
+QList<CodePageLoss> CodePageLosses(QStringView text);
+// Says so to the user: "3文字目「😀」は「?」になります。", a line for each loss, the first few of many. Empty for none.
+QString CodePageLossText(const QList<CodePageLoss>& losses);
 
 // The code of a character in the code page: 0 to 255, or lead * 256 + trail.
 int CharacterCode(QChar character);

@@ -47,6 +47,11 @@ QString AbsentAnswerText(int q, int c) {
     return u"質問%1(%2)"_s.arg(q + 1).arg(c);
 }
 
+// The same for a choice that its question doesn't have.
+QString AbsentChoiceText(const Survey& survey, int q, int c) {
+    return QuestionName(survey, q) + u"(%1)"_s.arg(c);
+}
+
 // Lines in front of the closing one.
 std::span<const LimitLine> Lines(LimitColumn column) {
     const auto end = std::find_if(column.begin() + 1, column.end(), [](const LimitLine& line) { return line.a == 0; });
@@ -162,6 +167,10 @@ QString LimitLinesText(const Survey& survey, const LimitList& list, bool verbose
             text += AbsentAnswerText(q, c);
             continue;
         }
+        if (c >= survey.Questions[q].ChoiceCount) {
+            text += AbsentChoiceText(survey, q, c);
+            continue;
+        }
         if (verbose) text += QuestionName(survey, q) + u'(' + ChoiceToSymbol(survey, q, c) + u')';
         text += ChoiceLabel(survey, q, c, false, false);
     }
@@ -184,6 +193,7 @@ QString LimitLineText(const Survey& survey, int i, const LimitList& list) {
     else
         text = RankText(line);
     if (q >= survey.QuestionCount) return text + AbsentAnswerText(q, c);
+    if (c >= survey.Questions[q].ChoiceCount) return text + AbsentChoiceText(survey, q, c);
     return text + QuestionName(survey, q) + ChoiceLabel(survey, q, c, true, true);
 }
 

@@ -26,6 +26,8 @@ QString TextOf(int number) {
             return u"ファイルは既に開かれています。"_s;
         case kErrorDeviceIo:
             return u"デバイス I/O エラーです。"_s;
+        case kErrorFileExists:
+            return u"ファイルは既に存在します。"_s;
         case kErrorDiskFull:
             return u"ディスクの空き容量が不足しています。"_s;
         case kErrorPastEnd:
@@ -51,6 +53,8 @@ RuntimeError RuntimeError::FromErrno(int error) {
     switch (error) {
         case ENOENT:
             return RuntimeError(kErrorFileNotFound);
+        case EEXIST:
+            return RuntimeError(kErrorFileExists);
         case ENOTDIR:
             return RuntimeError(kErrorPathNotFound);
         case EACCES:

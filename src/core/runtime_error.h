@@ -16,6 +16,7 @@ enum RuntimeErrorNumber {
     kErrorFileNotFound = 53,
     kErrorFileAlreadyOpen = 55,
     kErrorDeviceIo = 57,
+    kErrorFileExists = 58,
     kErrorDiskFull = 61,
     kErrorPastEnd = 62,
     kErrorPermission = 70,

@@ -93,8 +93,8 @@ struct SampleChangeRecord {
     QString Who;
     QString Machine;
     ChangeCause Cause = ChangeCause::Typing;
-    // The definition was edited, and all samples were rewritten. First they followed the map, which is empty where nothing
-    // was renumbered; Answers tells what else became of them. Answers that have just followed it have no entry.
+    // The definition was edited, and all samples were rewritten. First they followed the map, which is empty where
+    // nothing was renumbered; Answers tells what else became of them. Answers that have just followed it have no entry.
     bool Rewrite = false;
     Renumbering Map;
 

@@ -7,6 +7,9 @@
 #include <cmath>
 
 #include "core/binary_file.h"
+#include "core/code_page.h"
+#include "core/file_names.h"
+#include "core/whole_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -123,9 +126,9 @@ void ReadFile(const QString& path, Settings& settings) {
     if (!in.AtEnd()) settings.SaveInterval = ReadInterval(in);
 }
 
-void WriteFile(Settings settings, const QString& path, const QString& growing) {
-    BinaryFile file = BinaryFile::Create(growing);
-    ByteWriter out(file);
+void WriteFile(Settings settings, const QString& path) {
+    WholeFile file(path);
+    ByteWriter out(file.Bytes());
     FieldWriter field(out);
     out.Int16(kWithMagic);
     WriteMirrorStr(out, kMagic);
@@ -135,9 +138,7 @@ void WriteFile(Settings settings, const QString& path, const QString& growing) {
     field(settings.NetText2);
     WriteInterval(out, settings.SaveInterval);
     out.Flush();
-    file.Sync();
-    file.Close();
-    MoveFile(growing, path);
+    file.Replace();
 }
 
 }  // namespace
@@ -145,6 +146,10 @@ void WriteFile(Settings settings, const QString& path, const QString& growing) {
 QString SettingsPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/quibra/quibra.ini"_s;
 }
+
+// Before anybody has dragged a column.
+constexpr std::array<qint32, 16> kGridWidths = {1400, 1000, 800, 0, 0, 1000, 1000, 1400, 2600, 1400};
+constexpr size_t kGridWidthsUsed = 10;
 
 Settings SettingsDefault() {
     Settings settings;
@@ -155,7 +160,7 @@ Settings SettingsDefault() {
     settings.ColorSet[2] = ColorValue(191, 0, 191);
     settings.ColorSet[3] = ColorValue(127, 127, 127);
     settings.ColorSet[15] = 1;
-    std::fill_n(settings.GridWidth.begin(), 10, 1000);
+    settings.GridWidth = kGridWidths;
     settings.SaveInterval = kDefaultInterval;
     return settings;
 }
@@ -167,31 +172,23 @@ Settings SettingsRead(const QString& path) {
     } catch (const std::exception&) {
         // What had been read counts; nobody is told of a broken settings file.
     }
-    if (settings.GridWidth[0] == 0 || settings.GridWidth[8] == 0) {
-        settings.GridWidth[0] = 1400;
-        settings.GridWidth[1] = 1000;
-        settings.GridWidth[2] = 800;
-        settings.GridWidth[5] = settings.GridWidth[6] = 1000;
-        settings.GridWidth[7] = 1400;
-        settings.GridWidth[8] = 2600;
-        settings.GridWidth[9] = 1400;
-    }
+    if (settings.GridWidth[0] == 0 || settings.GridWidth[8] == 0)
+        std::copy_n(kGridWidths.begin(), kGridWidthsUsed, settings.GridWidth.begin());
     return settings;
 }
 
 void SettingsWrite(const Settings& settings, const QString& path) {
-    const QString growing = path + u"~new"_s;
     try {
         QDir().mkpath(QFileInfo(path).path());
-        WriteFile(settings, path, growing);
+        WriteFile(settings, path);
     } catch (const std::exception&) {
         // The next start has the settings of before; that is no reason to hold anybody up at the close.
-        QFile::remove(growing);
     }
 }
 
 void RecentAdd(Settings& settings, const QString& path) {
-    if (path.isEmpty()) return;
+    // A name that the file can't hold would be that of another one at the next start.
+    if (path.isEmpty() || DecodeCodePage(EncodeCodePage(path)) != path) return;
     const auto begin = settings.RecentFiles.begin();
     // A path that is not among those shown pushes the last of them into the fifth place.
     const auto found = std::find(begin, begin + kShownRecentFiles, path);

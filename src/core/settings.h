@@ -62,7 +62,7 @@ Settings SettingsRead(const QString& path);
 // Writes the present form, making the folder when there is none. Says nothing when that fails.
 void SettingsWrite(const Settings& settings, const QString& path);
 
-// Puts `path` in front of the recent files; an empty one changes nothing.
+// Puts `path` in front of the recent files; an empty one, or one that code page 932 can't hold, changes nothing.
 void RecentAdd(Settings& settings, const QString& path);
 
 // True when the time since the last save exceeds the interval: the moment to ask. Both in local time.

@@ -72,8 +72,8 @@ class UserInterface {
     static QString DefaultTitle();
 
   protected:
-    // What a press of Stop does: asks as the work's flags demand and, when confirmed, tells or breaks what they say. True
-    // when the work is to stop.
+    // What a press of Stop does: asks as the work's flags demand and, when confirmed, tells or breaks what they say.
+    // True when the work is to stop.
     bool ConfirmStop(const ProgressSpec& spec);
 };
 

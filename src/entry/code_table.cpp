@@ -5,6 +5,7 @@
 
 #include "core/binary_file.h"
 #include "core/code_page.h"
+#include "core/file_names.h"
 #include "core/numbers.h"
 
 using namespace Qt::StringLiterals;

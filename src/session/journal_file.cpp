@@ -9,6 +9,7 @@
 #include <chrono>
 
 #include "core/binary_file.h"
+#include "core/file_names.h"
 #include "core/runtime_error.h"
 
 namespace quibra {

@@ -160,7 +160,7 @@ bool RestoreJournal(SurveySession& session, const LeftJournal& journal) {
     }
     if (session.survey.SampleCount() > 0) RecalcQuotaUsed(session.survey);
     session.ChangedOn();
-    session.Refresh();
+    session.Refresh(SurveySession::Change::File | SurveySession::Change::Samples);
     return fitted;
 }
 

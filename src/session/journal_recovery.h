@@ -21,8 +21,8 @@ struct LeftJournal {
     bool FitsItsFile() const;
 };
 
-// The journals in the folder that hold something, oldest first. Those that hold nothing are deleted, unreadable ones left
-// alone.
+// The journals in the folder that hold something, oldest first. Those that hold nothing are deleted, unreadable ones
+// left alone.
 std::vector<LeftJournal> LeftJournals(const QString& folder);
 
 enum class JournalDecision { Later, Restore, Discard };

@@ -1,9 +1,12 @@
 #include "session/main_commands.h"
 
 #include <QFile>
+#include <cmath>
 
 #include "core/attempt.h"
 #include "core/numbers.h"
+#include "core/settings.h"
+#include "core/typed_number.h"
 #include "session/rescue.h"
 #include "session/survey_file.h"
 
@@ -65,7 +68,8 @@ MainStatus StatusOf(const SurveySession& session) {
 }
 
 bool AskToSaveChanges(SurveySession& session) {
-    if (!session.IsChanged()) return true;
+    // What the lock window has turned on for a dead survey is nobody's work.
+    if (!session.IsChanged() || session.IsDead()) return true;
     const QString text = u"アンケート「"_s + session.survey.Title + u"」は変更されています。保存しますか？"_s;
     switch (session.ui.Message(text, kYesNoCancel + kQuestion)) {
         case Answer::Yes:
@@ -109,7 +113,7 @@ void SaveSurveyAs(SurveySession& session) {
     const QString path = session.ui.FileBox(session.survey.FileName, kSaveFilter, true);
     if (path.isEmpty() || !TrySave(session, path)) return;
     session.survey.FileName = path;
-    session.Refresh();
+    session.Refresh(SurveySession::Change::File);
 }
 
 void RefuseOpen(UserInterface& ui) {
@@ -128,8 +132,8 @@ void EditSaveInterval(SurveySession& session) {
     while (ui.InputBox(u"保存の間隔"_s, u"保存する時間の間隔を入力してください"_s, u"間隔"_s, u"単位：分"_s, text)) {
         double minutes = 0;
         // What is no number stays in the box, to be mended.
-        if (!Attempt(ui, [&] { minutes = LeadingNumber(text); })) continue;
-        if (minutes >= kMinutesOfDay) {
+        if (!Attempt(ui, [&] { minutes = TypedNumber(text); })) continue;
+        if (std::nearbyint(minutes) >= kMinutesOfDay) {
             ui.Message(u"24時間(1440分)以上は設定できません"_s, kCritical);
         } else if (minutes < 1) {
             ui.Message(u"1分以上の時間を指定してください"_s, kCritical);
@@ -147,7 +151,7 @@ void ResetSettings(SurveySession& session) {
     session.settings = SettingsDefault();
     session.survey.QuotaFirst = session.settings.QuotaFirst;
     session.survey.QuotaLast = session.settings.QuotaLast;
-    session.Refresh();
+    session.Refresh(SurveySession::Change::Settings);
 }
 
 void DeleteWorkFiles(const QString& directory) {

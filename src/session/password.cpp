@@ -44,7 +44,7 @@ void ChangePassword(SurveySession& session, const QString& word, const std::func
 void SetLockLevel(SurveySession& session, int level) {
     session.survey.LockLevel = static_cast<qint16>(level);
     session.ChangedOn();
-    session.Refresh();
+    session.Refresh(SurveySession::Change::Lock);
 }
 
 }  // namespace quibra

@@ -4,9 +4,10 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "core/binary_file.h"
+#include "core/settings.h"
+#include "core/survey_format.h"
 #include "core/survey_writer.h"
-#include "session/survey_file.h"
+#include "core/whole_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,33 +15,34 @@ namespace quibra {
 
 namespace {
 
+// Whoever may not read the survey may not read what is rescued of it.
 bool WriteTo(const Survey& survey, const QString& path) {
     try {
-        BinaryFile file = BinaryFile::Create(path);
-        ByteWriter out(file);
+        WholeFile file(path, survey.FileName);
+        ByteWriter out(file.Bytes());
         WriteMagic(out, kSurvey1003);
         WriteSurvey(out, survey, nullptr, [](const QString&, double) { return true; });
         out.Flush();
-        file.Sync();
-        file.Close();
+        file.Appear();
         return true;
     } catch (const std::exception&) {
+        return false;
     }
-    try {
-        RemoveFile(path);  // half a survey would pass for a rescued one
-    } catch (const std::exception&) {
-    }
-    return false;
+}
+
+// "20260401-123000". A format of one's own needs the locale, which may be gone already when the program ends in exit().
+QString Stamp(const QDateTime& time) {
+    QString text = time.toString(Qt::ISODate);
+    return text.remove(u'-').remove(u':').replace(u'T', u'-');
 }
 
 }  // namespace
 
 QString WriteRescueFile(const SurveySession& session) noexcept {
-    // A survey that broke off in a load is nobody's work, whatever the lock says of it.
-    if (!session.IsChanged() || session.IsDead()) return QString();
+    // A survey that is being loaded, or broke off in a load, is nobody's work, whatever the lock says of it.
+    if (!session.IsChanged() || session.IsDead() || session.IsLoading()) return QString();
     const QFileInfo original(session.survey.FileName);
-    const QString name =
-        original.completeBaseName() + QDateTime::currentDateTime().toString(u"'.rescue-'yyyyMMdd-HHmmss'.qb'"_s);
+    const QString name = original.completeBaseName() + u".rescue-"_s + Stamp(QDateTime::currentDateTime()) + u".qb"_s;
     for (const QDir& folder : {original.dir(), QDir::home()}) {
         const QString path = folder.absoluteFilePath(name);
         if (WriteTo(session.survey, path)) return path;

@@ -1,14 +1,16 @@
 #include "session/survey_file.h"
 
-#include <QFile>
-#include <climits>
+#include <QScopeGuard>
+#include <memory>
 #include <new>
 
 #include "core/answer_store.h"
 #include "core/binary_file.h"
+#include "core/file_names.h"
 #include "core/runtime_error.h"
 #include "core/survey_reader.h"
 #include "core/survey_writer.h"
+#include "session/survey_exchange.h"
 
 using namespace Qt::StringLiterals;
 
@@ -149,85 +151,75 @@ bool ReadBody(SurveySession& session, ByteReader& in, int code) {
     return goesOn && !session.IsDead();
 }
 
-// "data.2001/a.qb" has its first dot in the folder's name, and so its backup beside that folder.
-QString BackupName(const QString& path) {
-    return path.left(path.indexOf(u'.') + 1) + u"qb~"_s;
-}
-
-// "a.qb~new", in the same folder, from which alone a rename is one step; a name that leaves no room for this is cut.
-QString GrowingName(const QString& path) {
-    const QString suffix = u"~new"_s;
-    const qsizetype folder = path.lastIndexOf(u'/') + 1;
-    QString name = path.mid(folder);
-    while (QFile::encodeName(name + suffix).size() > NAME_MAX)
-        name.chop(1);
-    return path.left(folder) + name + suffix;
-}
-
-// A save under way. The new version grows beside the old one under a name of its own, and only when it is complete and
-// on the disk are the names exchanged: whenever the machine stops, a whole survey stands under the path or the backup's
-// name.
-class FileExchange {
-  public:
-    // REQUIRES: nothing or a plain file under `path`.
-    FileExchange(const QString& path, bool replaces)
-        : path_(ResolvedPath(path)), growing_(GrowingName(path_)), backup_(BackupName(path)), replaces_(replaces) {}
-
-    BinaryFile Create() {
-        BinaryFile file = BinaryFile::Create(growing_, replaces_ ? std::optional(PermissionsOf(path_)) : std::nullopt);
-        created_ = true;
-        return file;
-    }
-    bool Created() const { return created_; }
-
-    // Puts the new version under the path, the old one under the backup's name.
-    void Commit() {
-        if (replaces_ && ResolvedPath(backup_) != path_) {
-            MoveFile(path_, backup_);
-            movedOld_ = true;
-            SyncFolder(backup_);
-        }
-        MoveFile(growing_, path_);
-        movedNew_ = true;
-        SyncFolder(path_);
-    }
-
-    // Drops the new version and puts the old one back where it was. A file that is its own backup has no way back, but
-    // its new version is complete by then.
-    void TakeBack() {
-        RemoveFile(growing_);
-        if (movedOld_) {
-            MoveFile(backup_, path_);
-            SyncFolder(path_);
-        } else if (movedNew_ && !replaces_) {
-            RemoveFile(path_);
-        }
-    }
-
-  private:
-    const QString path_;
-    const QString growing_;
-    const QString backup_;
-    const bool replaces_;
-    bool created_ = false;
-    bool movedOld_ = false;
-    bool movedNew_ = false;
-};
-
 // False when the user stopped it.
-bool WriteWhole(SurveySession& session, FileExchange& exchange, const std::vector<qint32>* selection) {
+bool WriteWhole(SurveySession& session, SurveyExchange& exchange, const std::vector<qint32>* selection) {
     UserInterface& ui = session.ui;
-    BinaryFile file = exchange.Create();
-    ByteWriter out(file);
+    ByteWriter out(exchange.Bytes());
     WriteFileHead(out, kSurvey1003, ui);
     if (!WriteSurvey(out, session.survey, selection,
                      [&ui](const QString& text, double fraction) { return ui.Progress(text, fraction); }))
         return false;
     out.Flush();
-    file.Sync();
-    file.Close();
     exchange.Commit();
     return true;
+}
+
+// Whether the file that a save is to replace is still the one in memory, or the user wants it replaced all the same.
+bool MayReplace(SurveySession& session, const QString& path) {
+    switch (session.StateOfFile(path)) {
+        case SurveySession::FileState::Changed:
+            return session.ui.Message(
+                       ThisFile(path) + u"は、読み込みまたは保存の後に他のプログラムが書き換えています。"_s + kCrLf +
+                           u"上書きすると、その変更は失われます（拡張子 qb~ に残ります）。"_s + u"上書きしますか？"_s,
+                       kYesNo + kWarning + kSecondDefault) == Answer::Yes;
+        case SurveySession::FileState::Vanished:
+            session.ui.Message(ThisFile(path) + u"はなくなっています。新しいファイルとして保存します。"_s,
+                               kInformation);
+            return true;
+        default:
+            return true;
+    }
+}
+
+bool IsWholeSurvey(const QString& path) {
+    bool whole = false;
+    const auto read = [&] {
+        if (!FileStands(path)) return;
+        BinaryFile file = BinaryFile::OpenToRead(path);
+        ByteReader in(file);
+        const int kind = ReadMagic(in);
+        if (kind != kSurvey1003) return;
+        const auto survey = std::make_unique<Survey>();
+        NewSurveyHead(*survey, QString());
+        NewSurveyBody(*survey);
+        SurveyReader reader(in, kind, *survey);
+        reader.ReadTitleAndPassword();
+        reader.ReadLockLevelAndEditor();
+        reader.ReadDefinition();
+        whole = reader.ReadSamples([](const QString&, double) { return true; });
+        reader.ReadTail();
+    };
+    Guarded(read, [&](const RuntimeError&) { whole = false; });
+    return whole;
+}
+
+// The file to read for the survey at `path`: itself, or a version that a broken save has left, when the user wants it.
+// Nothing when the user has been told that there is none.
+std::optional<QString> FileToLoad(UserInterface& ui, const QString& path) {
+    if (FileStands(path)) return path;
+    if (path.contains(QChar::ReplacementCharacter)) {
+        ui.Message(path + u"が見つかりません。ファイル名が UTF-8 でないファイルは扱えません。"_s, kCritical);
+        return std::nullopt;
+    }
+    for (const QString& left : LeftVersions(path)) {
+        if (!IsWholeSurvey(left)) continue;
+        const QString text = path + u"が見つかりません。"_s + kCrLf +
+                             u"保存の途中で残された次のファイルを読み込みますか？"_s + kCrLf + left;
+        if (ui.Message(text, kYesNo + kWarning) == Answer::Yes) return left;
+        return std::nullopt;
+    }
+    ui.Message(path + u"が見つかりません"_s, kCritical);
+    return std::nullopt;
 }
 
 }  // namespace
@@ -246,14 +238,12 @@ void WriteFileHead(ByteWriter& out, int code, UserInterface& ui) {
 }
 
 int SurveyLoad(SurveySession& session, QString& path, int mode) {
-    if (!FileStands(path)) {
-        session.ui.Message(path + u"が見つかりません"_s, kCritical);
-        return kNothing;
-    }
+    const std::optional<QString> source = FileToLoad(session.ui, path);
+    if (!source) return kNothing;
     int result = kNothing;
     std::optional<LongWork> work;  // stays open while an error is told
     const auto load = [&] {
-        BinaryFile file = BinaryFile::OpenToRead(path);
+        BinaryFile file = BinaryFile::OpenToRead(*source);
         ByteReader in(file);
         const int code = ReadFileHead(session, in, path, mode);
         const bool isSurvey = kSurvey1001 <= code && code <= kSurvey1003;
@@ -265,6 +255,8 @@ int SurveyLoad(SurveySession& session, QString& path, int mode) {
                                               .info = path,
                                               .caption = u"質問など"_s,
                                               .onFatalStop = [&session] { session.DeadSurvey(); }});
+        session.SetLoading(true);
+        const auto loaded = qScopeGuard([&session] { session.SetLoading(false); });
         if (!ReadBody(session, in, code)) {
             // The survey that a Stop has killed was not always the one read into.
             session.DeadSurvey();
@@ -276,8 +268,11 @@ int SurveyLoad(SurveySession& session, QString& path, int mode) {
         survey.SavedSampleCount = survey.SampleCount();
         survey.SavedTime = QDateTime::currentDateTime();
         session.InStepWith(path);
+        session.RememberFile(path);
         session.RecentAdd(path);
         session.Lock();
+        session.Refresh(SurveySession::Change::File | SurveySession::Change::Definition |
+                        SurveySession::Change::Samples);
         result = kLoaded;
     };
     Guarded(load, [&](const RuntimeError& error) {
@@ -297,8 +292,11 @@ bool SurveySave(SurveySession& session, const QString& path, const std::vector<q
     bool saved = false;
     bool cancelled = false;
     bool replaces = false;
-    std::optional<FileExchange> exchange;
+    const bool held = session.HoldsFile(path);
+    std::optional<FileLock> lock;
+    std::optional<SurveyExchange> exchange;
     const auto save = [&] {
+        if (!held) lock.emplace(path, [&ui] { ui.LetEventsRun(); });
         const PathKind kind = KindOfPath(path);
         if (kind == PathKind::Other) throw RuntimeError(kErrorPathAccess);
         replaces = kind == PathKind::File;
@@ -306,13 +304,16 @@ bool SurveySave(SurveySession& session, const QString& path, const std::vector<q
             ui.Message(u"ファイル名の拡張子を qb~ 以外にしてください"_s, kOkOnly);
             return;
         }
-        exchange.emplace(path, replaces);
+        if (replaces && IsWriteProtected(path)) throw RuntimeError(kErrorPermission);
+        if (!MayReplace(session, path)) return;
+        exchange.emplace(path);
         saved = WriteWhole(session, *exchange, places);
         if (saved) {
             Survey& survey = session.survey;
             survey.SavedSampleCount = survey.SampleCount();
             session.ChangedOff();
             if (!places) session.InStepWith(path);
+            session.RememberFile(path);
             session.RecentAdd(path);
             survey.SavedTime = QDateTime::currentDateTime();
             return;
@@ -325,11 +326,14 @@ bool SurveySave(SurveySession& session, const QString& path, const std::vector<q
     };
     Guarded(save, [&](const RuntimeError& error) {
         ui.Message(error.Text() + kCrLf + u"正しく保存出来ませんでした。"_s, kWarning);
-        if (cancelled || !exchange || !exchange->Created()) return;
+        if (cancelled || !exchange) return;
         Guarded([&] { exchange->TakeBack(); },
                 [&](const RuntimeError& second) { ui.Message(second.Text(), kWarning); });
         if (!replaces) throw RuntimeError(kErrorFileNotFound);
     });
+    exchange.reset();
+    // The lock was that of the version before.
+    if (saved && held) session.HoldFile(path);
     work.BeepAtEnd();
     return saved;
 }

@@ -1,18 +1,25 @@
 #include "session/survey_session.h"
 
+#include "core/settings.h"
+
 namespace quibra {
 
 SurveySession::SurveySession(UserInterface& userInterface, QString directory)
-    : ui(userInterface), directory_(std::move(directory)) {
+    : ownSettings_(std::make_unique<Settings>(SettingsDefault())),
+      settings(*ownSettings_),
+      ui(userInterface),
+      directory_(std::move(directory)) {
     if (!directory_.endsWith(u'/')) directory_ += u'/';
     NewSurvey();
     DeadSurvey();
 }
 
+SurveySession::~SurveySession() = default;
+
 void SurveySession::SetChanged(bool on) {
     if (menu.mnuFileSave == on) return;
     menu.mnuFileSave = on;
-    Refresh();
+    Refresh(Change::File | Change::Lock);
 }
 
 void SurveySession::SetDraft(const std::optional<SheetDraft>& draft) {
@@ -26,7 +33,7 @@ void SurveySession::NewSurvey() {
     NewSurveyBody(survey);
     changes.Restart();
     menu.mnuFileSave = false;
-    Refresh();
+    Refresh(Change::File | Change::Definition | Change::Samples | Change::Lock);
 }
 
 void SurveySession::DeadSurvey() {
@@ -34,21 +41,39 @@ void SurveySession::DeadSurvey() {
     survey.FileName = kUnsavable.toString();
     changes.Restart();
     Lock();
+    Refresh(Change::File | Change::Definition | Change::Samples);
 }
 
 void SurveySession::Lock() {
     LockApply(survey, menu);
-    Refresh();
+    Refresh(Change::Lock);
 }
 
 void SurveySession::Unlock() {
     LockRelease(menu);
-    Refresh();
+    Refresh(Change::File | Change::Lock);
 }
 
 void SurveySession::RecentAdd(const QString& path) {
     quibra::RecentAdd(settings, path);
-    Refresh();
+    Refresh(Change::Settings);
+}
+
+void SurveySession::HoldFile(const QString& path) {
+    held_.reset();
+    held_.emplace(path, [this] { ui.LetEventsRun(); });
+}
+
+void SurveySession::RememberFile(const QString& path) {
+    rememberedPath_ = path;
+    rememberedStamp_ = StampOf(path);
+}
+
+SurveySession::FileState SurveySession::StateOfFile(const QString& path) const {
+    if (!rememberedStamp_ || path != rememberedPath_) return FileState::Unknown;
+    const std::optional<FileStamp> stamp = StampOf(path);
+    if (!stamp) return FileState::Vanished;
+    return stamp == rememberedStamp_ ? FileState::Same : FileState::Changed;
 }
 
 void SurveySession::ReadSettings(const QString& path) {
@@ -56,7 +81,7 @@ void SurveySession::ReadSettings(const QString& path) {
     settings = SettingsRead(path);
     survey.QuotaFirst = settings.QuotaFirst;
     survey.QuotaLast = settings.QuotaLast;
-    Refresh();
+    Refresh(Change::Settings);
 }
 
 void SurveySession::WriteSettings() {

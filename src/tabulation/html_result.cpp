@@ -11,7 +11,7 @@ namespace quibra {
 
 namespace {
 
-// Texts of the survey and of those who answered are texts here, whatever they hold.
+// What survey and respondents say is text, whatever it looks like.
 QString Escaped(QString text) {
     return text.replace(u'&', u"&amp;"_s).replace(u'<', u"&lt;"_s).replace(u'>', u"&gt;"_s);
 }
@@ -75,7 +75,7 @@ class HtmlPage {
         Line(u"<BR>"_s);
     }
 
-    static QString HeadCell(const QString& text) { return u"<TR><TH ALIGN=\"left\">"_s + text + u"</TH>"_s; }
+    static QString HeadCell(const QString& text) { return u"<TR><TH ALIGN=\"left\">"_s + Escaped(text) + u"</TH>"_s; }
     static QString FigureCell(const QString& text) { return u"<TD ALIGN=\"right\">"_s + text + u"</TD>"_s; }
 
     void WriteEssays() {

@@ -49,7 +49,18 @@ int ResultGrid::ColumnWidth(int column) const {
 }
 
 void ResultGrid::SetColumnWidth(int column, int twips) {
-    columns_[CheckedColumn(column)].width = twips;
+    Column& told = columns_[CheckedColumn(column)];
+    told.width = twips;
+    told.dragged = false;
+}
+
+void ResultGrid::DragColumn(int column, int twips) {
+    SetColumnWidth(column, twips);
+    columns_[CheckedColumn(column)].dragged = true;
+}
+
+bool ResultGrid::IsDragged(int column) const {
+    return columns_[CheckedColumn(column)].dragged;
 }
 
 CellAlignment ResultGrid::Alignment(int column) const {

@@ -31,6 +31,9 @@ class ResultGrid {
 
     int ColumnWidth(int column) const;
     void SetColumnWidth(int column, int twips);
+    // The width a person gives a column by hand, until the column is laid out anew.
+    void DragColumn(int column, int twips);
+    bool IsDragged(int column) const;
     CellAlignment Alignment(int column) const;
     void SetAlignment(int column, CellAlignment alignment);
     int RowHeight(int row) const;
@@ -42,6 +45,7 @@ class ResultGrid {
   private:
     struct Column {
         int width = kDefaultColumnWidth;
+        bool dragged = false;
         CellAlignment alignment = CellAlignment::LeftCenter;
     };
     struct Row {

@@ -6,6 +6,7 @@
 
 #include "core/labels.h"
 #include "core/numbers.h"
+#include "core/typed_number.h"
 
 using namespace Qt::StringLiterals;
 
@@ -137,10 +138,10 @@ void TotalSetup::AskNumbers() {
     const QString title = u"数量の条件"_s;
     QString text = NumberText(numLow_);
     if (!ui_.InputBox(title, u"最小値は"_s, QString(), QString(), text)) return;
-    const double low = LeadingNumber(text);
+    const double low = TypedNumber(text);
     text = NumberText(numHigh_);
     if (!ui_.InputBox(title, u"最大値は"_s, NumberText(low) + u'～', QString(), text)) return;
-    std::tie(numLow_, numHigh_) = std::minmax({low, LeadingNumber(text)});
+    std::tie(numLow_, numHigh_) = std::minmax({low, TypedNumber(text)});
 }
 
 void TotalSetup::AskCodes() {
@@ -222,10 +223,16 @@ void TotalSetup::SetTotalOption(const TotalOption& option) {
     if (option.TotalKind == kEssayList) ShowEssayList(option);
 }
 
+bool TotalSetup::AskToLose(const QString& question) {
+    return !HasUnused() || ui_.Message(question, kOkCancel + kQuestion + kSecondDefault) == Answer::Ok;
+}
+
 bool TotalSetup::MayDiscard() {
-    if (!wroteWhole_ && !wroteColumns_) return true;
-    return ui_.Message(u"書いた限定条件を集計に使わずに閉じます。"_s, kOkCancel + kQuestion + kSecondDefault) ==
-           Answer::Ok;
+    return AskToLose(u"書いた限定条件を集計に使わずに閉じます。"_s);
+}
+
+bool TotalSetup::MayReplace() {
+    return AskToLose(u"書いた限定条件を集計に使わずに、手前の集計結果の設定に替えます。"_s);
 }
 
 void TotalSetup::ShowTable(const TotalOption& option) {

@@ -75,10 +75,14 @@ class TotalSetup {
     // Takes a record over, as far as it fits the survey: it may come from a file.
     void SetTotalOption(const TotalOption& option);
 
-    // True when it is all right to leave; asks when a condition has been written that no total knows.
+    // A condition has been written that no total knows.
+    bool HasUnused() const { return wroteWhole_ || wroteColumns_; }
+    // True when it is all right to leave, or to take the options of a result over; asks when that would lose one.
     bool MayDiscard();
+    bool MayReplace();
 
   private:
+    bool AskToLose(const QString& question);
     void ResetLimitList();
     QString ColumnText(int column) const;
     bool EditColumn(int column);

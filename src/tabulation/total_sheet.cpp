@@ -34,6 +34,7 @@ TotalSheet::TotalSheet(const Survey& survey, UserInterface& ui, TotalMonitor& mo
     : survey_(survey), ui_(ui), monitor_(monitor), widths_(widths), run_(survey, ui, monitor, *this, result) {}
 
 void TotalSheet::DoTotal(const TotalOption& option) {
+    SaveColumnWidths();  // those of the kind that stood here before
     result.option = option;
     grid.SetColumns(4);
     grid.SetRows(2);
@@ -52,19 +53,18 @@ void TotalSheet::RunTotal() {
     monitor_.Started();
     const auto finish = qScopeGuard([this] { monitor_.Finished(); });
     SaveColumnWidths();
+    grid.ClearText();
+    grid.SetRowHeight(0, ScaledWidth(kFixedRowHeight));
     run_.Run(view.sort);
 }
 
 // What the user has dragged carries over to the next result.
 void TotalSheet::SaveColumnWidths() {
     const auto save = [this](int entry, int column) {
-        qint32& saved = widths_.at(static_cast<size_t>(entry));
-        const int width = grid.ColumnWidth(column);
-        // Both ways are cut to whole numbers: a width nobody has dragged would shrink with every total.
-        if (width != ScaledWidth(saved)) saved = static_cast<qint32>(static_cast<float>(width) / FontScale);
+        if (column >= grid.Columns() || !grid.IsDragged(column)) return;
+        widths_.at(static_cast<size_t>(entry)) =
+            static_cast<qint32>(static_cast<float>(grid.ColumnWidth(column)) / FontScale);
     };
-    grid.ClearText();
-    grid.SetRowHeight(0, ScaledWidth(kFixedRowHeight));
     if (result.option.TotalKind == kEssayList) {
         for (int column = 0; column < 4; ++column)
             save(column + 5, column);
@@ -73,6 +73,11 @@ void TotalSheet::SaveColumnWidths() {
         save(1, 1);
         if ((ViewFlags & 3) == 3) save(2, 2);
     }
+}
+
+bool TotalSheet::IsDragged(int column, int entry) const {
+    const auto place = static_cast<size_t>(entry);
+    return grid.IsDragged(column) || widths_.at(place) != kDefaultColumnWidths.at(place);
 }
 
 int TotalSheet::ScaledWidth(int twips) const {

@@ -38,6 +38,8 @@ class TotalSheet : private TotalDisplay {
 
     // The first grid column of limit L; of LimitCount, behind the last one.
     int ColStart(int L) const;
+    // Whether a person has ever dragged the column, whose width is that entry of the widths.
+    bool IsDragged(int column, int entry) const;
     // The limit whose columns hold grid column `column`; run-time error 9 behind the last one.
     int LimitAt(int column) const;
 

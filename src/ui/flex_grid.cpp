@@ -24,6 +24,9 @@ constexpr int kSidePadding = 4;
 constexpr int kRowPadding = 2;
 constexpr int kMaxRowLines = 4;
 constexpr int kMaxStripLines = 2;
+// A tool tip: its width in heights of a line, and its lines.
+constexpr int kTipWidth = 40;
+constexpr int kMaxTipLines = 20;
 constexpr int kLeastStripHeight = 8;
 constexpr int kLeastColumnWidth = 2;
 // Milliseconds: after a change of widths, for measuring at once, and for each further turn of it.
@@ -173,7 +176,10 @@ QRect FlexGridPainter::FlowOf(int row, int column) const {
 void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& option, int row, int column) const {
     const GridRowKind kind = Kind(row);
     const QPalette& palette = option.palette;
-    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    const int source = SourceOf(row, column);
+    const bool flows = source >= 0 && source != column && !IsFigure(row, source);
+    // One text, one ground: what flows over its neighbours is selected all along.
+    const bool selected = option.state.testFlag(QStyle::State_Selected) || (flows && grid_->IsSelected(row, source));
     const QPalette::ColorGroup group =
         option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     QColor ground = palette.color(group, QPalette::Base);
@@ -190,7 +196,7 @@ void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& optio
         const QRect rule(option.rect.left(), option.rect.top(), option.rect.width(), 1);
         painter.fillRect(rule, palette.color(group, QPalette::Text));
     }
-    if (const int source = SourceOf(row, column); source >= 0 && (source == column || !IsFigure(row, source))) {
+    if (flows || (source >= 0 && source == column)) {
         painter.setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
         painter.setFont(FontOf(row));
         QRect place = Inside(FlowOf(row, source));
@@ -235,7 +241,8 @@ bool FlexGridPainter::helpEvent(QHelpEvent* event, QAbstractItemView*, const QSt
         const QRect flow = FlowOf(index.row(), source);
         const int room = std::max(1, (flow.height() - 2 * kRowPadding) / QFontMetrics(font).lineSpacing());
         if (LineCount(text, QFontMetrics(font), font, Inside(flow).width(), room) > room)
-            tip = QStringLiteral("<p>") + text.toHtmlEscaped() + QStringLiteral("</p>");
+            tip = Wrapped(text, QToolTip::font(), kTipWidth * QFontMetrics(QToolTip::font()).height(), kMaxTipLines)
+                      .join(u'\n');
     }
     QToolTip::showText(event->globalPos(), tip, grid_);
     return true;
@@ -404,10 +411,13 @@ void FlexGrid::RefreshSizes(bool measure) {
         for (int column = 0; column < model()->columnCount(); ++column) {
             const double twips = model()->headerData(column, Qt::Horizontal, kTwipsRole).toDouble();
             const bool figures = model()->headerData(column, Qt::Horizontal, kFigureRole).toBool();
-            const int least = figures ? painter_->FigureWidth() : kLeastColumnWidth;
+            int least = figures ? painter_->FigureWidth() : kLeastColumnWidth;
+            for (const QString& words : model()->headerData(column, Qt::Horizontal, kLeastTextRole).toStringList())
+                least = std::max(least, fontMetrics().horizontalAdvance(words) + 2 * kSidePadding);
             const int width = std::max(least, static_cast<int>(std::lround(twips / perPixel)));
             if (columnWidth(column) != width) setColumnWidth(column, width);
         }
+        Stretch();
         if (model()->rowCount() > kFixedRows) setRowHidden(0, true);
     }
     if (measure) {
@@ -420,6 +430,32 @@ void FlexGrid::RefreshSizes(bool measure) {
     for (int row = kFixedRows; row < model()->rowCount(); ++row)
         if (const int height = ToldRowHeight(row); rowHeight(row) != height) setRowHeight(row, height);
     updateGeometries();
+}
+
+void FlexGrid::Stretch() {
+    const QScopedValueRollback sizing(sizing_, true);
+    for (int column = 0; model() && column < model()->columnCount(); ++column) {
+        if (!model()->headerData(column, Qt::Horizontal, kStretchRole).toBool()) continue;
+        const double twips = model()->headerData(column, Qt::Horizontal, kTwipsRole).toDouble();
+        const int told = static_cast<int>(std::lround(twips / TwipsPerPixel(this)));
+        const int others = horizontalHeader()->length() - columnWidth(column);
+        const int width = std::max({told, viewport()->width() - others, kLeastColumnWidth});
+        if (columnWidth(column) != width) setColumnWidth(column, width);
+        return;
+    }
+}
+
+// What a double click on a column's edge makes of it: the texts that stand in the column alone, as far as they are in
+// sight.
+int FlexGrid::sizeHintForColumn(int column) const {
+    int width = kLeastColumnWidth;
+    for (int row = std::max(rowAt(0), kFixedRows); row < model()->rowCount(); ++row) {
+        if (rowViewportPosition(row) > viewport()->height()) break;
+        const GridRowKind kind = painter_->Kind(row);
+        if (kind != GridRowKind::Choice && kind != GridRowKind::Total) continue;
+        width = std::max(width, fontMetrics().horizontalAdvance(painter_->Text(row, column)) + 2 * kSidePadding);
+    }
+    return width;
 }
 
 // Laying out the texts of a long list takes seconds: what is in sight is measured at once, the rest in turns.
@@ -599,6 +635,16 @@ QModelIndex FlexGrid::moveCursor(CursorAction action, Qt::KeyboardModifiers modi
     return QTableView::moveCursor(action, modifiers);
 }
 
+bool FlexGrid::IsSelected(int row, int column) const {
+    return selectionModel() && selectionModel()->isSelected(model()->index(row, column));
+}
+
+// Qt draws the cells anew that were or are selected, not those that their texts flow over.
+void FlexGrid::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QTableView::selectionChanged(selected, deselected);
+    viewport()->update();
+}
+
 void FlexGrid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
     Q_EMIT CurrentCellChanged();
@@ -651,6 +697,7 @@ void FlexGrid::contextMenuEvent(QContextMenuEvent* event) {
 
 void FlexGrid::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
+    Stretch();
     measureLater_.start();
 }
 

@@ -16,6 +16,8 @@ namespace quibra {
 enum GridRole {
     kTwipsRole = Qt::UserRole,  // headerData: a column's width, settable, or a row's height; without: the grid's own
     kRowKindRole,               // data: a GridRowKind, the same for all cells of a row
+    kLeastTextRole,             // headerData: words that a column is never narrower than
+    kStretchRole,               // headerData: true for a column that takes the room the others leave
     kFigureRole,                // data: true for a cell whose digits stand under those of the cells above; headerData:
                                 // for a column that has such cells
 };
@@ -48,6 +50,7 @@ class FlexGrid : public QTableView {
     // Makes the first cell current and selects the rectangle, cut to the grid.
     void Select(const CellRange& range);
     QString CurrentText() const;
+    bool IsSelected(int row, int column) const;
 
     // Takes the sizes from the model. `measure`: rows grow with their texts, those far down in a long list somewhat
     // later; without it, quicker, they only get the heights the model tells.
@@ -67,6 +70,8 @@ class FlexGrid : public QTableView {
 
   protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    int sizeHintForColumn(int column) const override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -82,6 +87,7 @@ class FlexGrid : public QTableView {
     void Extend(const CellRange& selection, const QModelIndex& before);
     QModelIndex Edge(const QModelIndex& from, int rowStep, int columnStep) const;
     void ColumnResized(int column, int oldSize, int newSize);
+    void Stretch();
     int BaseRowHeight() const;
     int ToldRowHeight(int row) const;
     int MeasuredRowHeight(int row) const;

@@ -5,6 +5,8 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
@@ -60,6 +62,13 @@ void OrderButtonRow(const QWidget* window) {
     }
 }
 
+// No window is larger than its screen leaves room for, title bar included.
+void KeepOnScreen(QWidget* window) {
+    const QSize room = window->screen()->availableSize();
+    const int titleBar = window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window);
+    window->resize(window->size().boundedTo(room - QSize(0, titleBar)));
+}
+
 // Made once a window and owned by it; its presence is what makes the window one of the program's.
 class FormManner : public QObject {
   public:
@@ -68,6 +77,11 @@ class FormManner : public QObject {
         window->installEventFilter(this);
         for (QAbstractButton* button : window->findChildren<QAbstractButton*>())
             button->installEventFilter(this);
+        // A file dialog's name field takes every key for its own.
+        for (QLineEdit* line : window->findChildren<QLineEdit*>())
+            line->installEventFilter(this);
+        for (QMenu* menu : window->findChildren<QMenu*>())
+            menu->installEventFilter(this);
         for (QComboBox* box : window->findChildren<QComboBox*>()) {
             box->installEventFilter(this);
             if (box->focusPolicy() == Qt::WheelFocus) box->setFocusPolicy(Qt::StrongFocus);
@@ -78,6 +92,7 @@ class FormManner : public QObject {
     FormKind Kind() const { return kind_; }
 
     bool eventFilter(QObject* object, QEvent* event) override {
+        if (auto* menu = qobject_cast<QMenu*>(object); menu && menu != parent()) return FiltersMenu(menu, event);
         if (object != parent()) return FiltersControl(static_cast<const QWidget*>(object), event);
         auto* window = static_cast<QWidget*>(object);
         // A key that no control and no shortcut of the window wanted comes here.
@@ -92,6 +107,7 @@ class FormManner : public QObject {
         }
         // Styles hide the frame of the focus until the first Tab; where the keys go is to be seen from the start.
         if (event->type() == QEvent::Show) window->setAttribute(Qt::WA_KeyboardFocusChange);
+        if (event->type() == QEvent::Show && !event->spontaneous()) KeepOnScreen(window);
         // Captions may be set between the making and the showing.
         if (event->type() == QEvent::Show && !event->spontaneous()) NameControls(window);
         if (event->type() == QEvent::Show || event->type() == QEvent::FontChange ||
@@ -102,10 +118,39 @@ class FormManner : public QObject {
 
   private:
     bool FiltersControl(const QWidget* control, QEvent* event) const {
-        if (event->type() == QEvent::Timer) return IsBlocked();
+        if (event->type() == QEvent::Timer) return qobject_cast<const QAbstractButton*>(control) && IsBlocked();
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->matches(QKeySequence::HelpContents)) {
+            ui_.HelpContext(helpTopic_);
+            return true;
+        }
+        if (qobject_cast<const QLineEdit*>(control)) return false;
         // Who scrolls a page does not mean the box that passes below the pointer.
         if (event->type() != QEvent::Wheel || control->hasFocus()) return false;
         event->ignore();
+        return true;
+    }
+
+    // A letter that a disabled item shares with one that can be used means the latter; Qt would only go round them.
+    static bool FiltersMenu(QMenu* menu, QEvent* event) {
+        if (event->type() != QEvent::KeyPress) return false;
+        const QString typed = static_cast<QKeyEvent*>(event)->text().toUpper();
+        QAction* usable = nullptr;
+        int usables = 0;
+        int sharing = 0;
+        for (QAction* item : menu->actions()) {
+            if (!item->isVisible() || typed.isEmpty() ||
+                QKeySequence::mnemonic(item->text()).toString() != u"Alt+"_s + typed)
+                continue;
+            ++sharing;
+            if (!item->isEnabled()) continue;
+            ++usables;
+            usable = item;
+        }
+        if (usables != 1 || sharing < 2) return false;
+        menu->setActiveAction(usable);
+        if (usable->menu()) return true;
+        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, {});
+        QCoreApplication::sendEvent(menu, &enter);
         return true;
     }
 

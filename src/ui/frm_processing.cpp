@@ -1,5 +1,6 @@
 #include "ui/frm_processing.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QScopedValueRollback>
@@ -28,7 +29,14 @@ FrmProcessing::FrmProcessing(UserInterface& ui, std::function<bool()> confirmSto
     controls_->cmdStop->installEventFilter(this);
     connect(controls_->cmdStop, &QPushButton::clicked, this, &FrmProcessing::cmdStop_Click);
     appears_.setSingleShot(true);
-    connect(&appears_, &QTimer::timeout, this, &QWidget::show);
+    appears_.setInterval(kMillisecondsUnseen);
+    connect(&appears_, &QTimer::timeout, this, [this] {
+        // Over an open question it would keep everyone from answering that, and could not be closed itself.
+        if (QApplication::activeModalWidget())
+            appears_.start();
+        else
+            show();
+    });
 }
 
 FrmProcessing::~FrmProcessing() = default;
@@ -39,9 +47,10 @@ void FrmProcessing::Open(const ProgressSpec& spec) {
     controls_->lblProcessing->setText(spec.caption);
     controls_->pctBar->Reset();
     controls_->pctBar->setAccessibleName(u"0%"_s);
+    stopped_ = false;
     controls_->cmdStop->setEnabled(true);
     controls_->cmdStop->setFocus();
-    if (spec.show) appears_.start(kMillisecondsUnseen);
+    if (spec.show) appears_.start();
 }
 
 void FrmProcessing::Close() {
@@ -60,7 +69,7 @@ void FrmProcessing::SetText(const QString& text) {
 }
 
 bool FrmProcessing::IsStopped() const {
-    return isVisible() && !controls_->cmdStop->isEnabled();
+    return isVisible() && stopped_;
 }
 
 void FrmProcessing::reject() {
@@ -85,7 +94,9 @@ void FrmProcessing::cmdStop_Click() {
     // The question runs an event loop of its own, in which the close box can be pressed again.
     if (asking_) return;
     const QScopedValueRollback asking(asking_, true);
-    if (confirmStop_()) controls_->cmdStop->setEnabled(false);
+    if (!confirmStop_()) return;
+    stopped_ = true;
+    controls_->cmdStop->setEnabled(false);
 }
 
 }  // namespace quibra

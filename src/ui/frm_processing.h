@@ -46,6 +46,7 @@ class FrmProcessing : public QDialog {
     std::function<bool()> confirmStop_;
     QTimer appears_;
     bool asking_ = false;
+    bool stopped_ = false;
 };
 
 }  // namespace quibra

@@ -34,12 +34,14 @@ constexpr qint64 kMillisecondsBetweenEvents = 30;
 QWidget* Asker() {
     static QPointer<QWidget> last;
     if (QWidget* modal = QApplication::activeModalWidget()) return modal;
-    if (QWidget* active = QApplication::activeWindow(); active && active->isVisible() && !IsAside(active))
+    const auto usable = [](const QWidget* window) { return window->isVisible() && window->isEnabled(); };
+    // While something long runs the windows beside it are off; what it has to say belongs to its own.
+    if (QWidget* active = QApplication::activeWindow(); active && usable(active) && !IsAside(active))
         return last = active;
     // Just behind a dialog no window is active, and the next question is of the window that asked before.
-    if (last && last->isVisible()) return last;
+    if (last && usable(last)) return last;
     QList<QWidget*> forms = OpenForms();
-    forms.removeIf(IsAside);
+    forms.removeIf([&](const QWidget* window) { return IsAside(window) || !usable(window); });
     return forms.isEmpty() ? nullptr : forms.constLast();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QIconEngine>
+#include <QLabel>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QPainter>
@@ -101,6 +102,20 @@ class ThemeIconEngine : public QIconEngine {
     QString path_;
 };
 
+// Words of a survey stand in labels and tool tips, and Qt takes what looks like markup for it: a question's name could
+// have a file of the reader's shown. A tool tip is a label, too, and polished before it gets its text.
+class PlainTexts : public QObject {
+  public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() != QEvent::Polish) return false;
+        if (auto* label = qobject_cast<QLabel*>(object); label && label->textFormat() == Qt::AutoText)
+            label->setTextFormat(Qt::PlainText);
+        return false;
+    }
+};
+
 }  // namespace
 
 void SetUpApplication(QApplication& application) {
@@ -115,6 +130,7 @@ void SetUpApplication(QApplication& application) {
         QCoreApplication::installTranslator(translator.release());
     }
     QApplication::setFont(JapaneseFont(QApplication::font()));
+    application.installEventFilter(new PlainTexts(&application));
 }
 
 double Contrast(const QColor& first, const QColor& second) {

@@ -231,7 +231,7 @@ TEST_F(LimitEditorTest, LinesOfAbsentQuestionsChoicesAndRanksAreShownAndCanBeDel
     const std::pair<LimitLine, QStringList> cases[] = {
         {Line(kLimitAnd, 200, 3), {u"質問201(3)"_s, u"質問201(3)"_s}},
         {Line(kLimitAnd, 511, 3, 2), {u"2位に質問512(3)"_s, u"2位に質問512(3)"_s}},
-        {Line(kLimitAnd, 0, 90), {u"条件なし"_s, u"性別(.90.)"_s}},
+        {Line(kLimitAnd, 0, 90), {u"性別(90)"_s, u"性別(90)"_s}},
         {Line(kLimitAnd, 0, 1, 100), {u"100位に男"_s, u"100位に性別(1)男"_s}}};
     for (const auto& [line, words] : cases) {
         session.survey.PreLimit(1, 0) = line;

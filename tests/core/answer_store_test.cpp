@@ -43,7 +43,7 @@ std::vector<qint32> SortedBySteps(std::vector<qint32> ids) {
     return ids;
 }
 
-TEST(AnswerStore, SortingGivesWhatItsStepsGiveRepeatedIDsIncluded) {
+TEST(SlowAnswerStore, SortingGivesWhatItsStepsGiveRepeatedIDsIncluded) {
     Random random(3);
     ScriptedInterface ui;
     for (int round = 0; round < 400; ++round) {

@@ -110,6 +110,18 @@ TEST(CodePage, EveryCharacterIsWrittenAsInTheCLibraryOrAsItsNearestRelative) {
     EXPECT_EQ(EncodeCodePage(u"—‖‾−〜¥"_s), Bytes({0x81, 0x5C, 0x81, 0x61, 0x7E, 0x81, 0x7C, 0x81, 0x60, 0x5C}));
 }
 
+TEST(CodePage, WhatATextLosesIsToldWithItsPlace) {
+    const QList<CodePageLoss> losses = CodePageLosses(u"a\U0001F600é—～\U00020BB7b"_s);
+    ASSERT_EQ(losses.size(), 3);
+    EXPECT_EQ(losses[2].at, 6);
+    EXPECT_TRUE(losses[0].IsLost() && !losses[1].IsLost() && losses[2].IsLost());
+    EXPECT_EQ(CodePageLossText(losses).toStdString(),
+              u"2文字目「😀」は「?」になります。\r\n3文字目「é」は「e」になります。\r\n"
+              u"6文字目「𠮷」は「?」になります。"_s.toStdString());
+    EXPECT_EQ(CodePageLossText(CodePageLosses(QString(9, u'é'))).count(u'\n'), 5);
+    EXPECT_EQ(CodePageLosses(u"①髙﨑彅ｱ?—‖‾−〜"_s).size(), 0);
+}
+
 TEST(CodePage, TextKeepsItsPlacesAroundWhatIsDamagedOrLacking) {
     EXPECT_EQ(EncodeCodePage(u"①髙﨑彅ｱ\uE000\uE757∪"_s),
               Bytes({0x87, 0x40, 0xFB, 0xFC, 0xFA, 0xB1, 0xFA, 0x67, 0xB1, 0xF0, 0x40, 0xF9, 0xFC, 0x81, 0xBE}));

@@ -81,7 +81,7 @@ TEST(SurveyJson, KeysComeInAnyOrderAndAbsentOnesKeepTheirDefaults) {
 }
 
 // Whatever happens to a text, it is refused with a reason or read as a survey that comes back from its own text.
-TEST(SurveyJson, DamagedTextIsRefusedOrReadWhole) {
+TEST(SlowSurveyJson, DamagedTextIsRefusedOrReadWhole) {
     const QByteArray whole = TestData(u"small.json"_s);
     std::mt19937 random(20260707);
     int read = 0;

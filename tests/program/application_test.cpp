@@ -18,6 +18,7 @@
 #include "apps/quibra/start_up.h"
 #include "apps/quibra/unasked_end.h"
 #include "core/runtime_error.h"
+#include "core/settings.h"
 #include "session/rescue.h"
 #include "support/scripted_interface.h"
 #include "tree_paths.h"
@@ -84,6 +85,8 @@ TEST(UnaskedEnd, WorkIsRescuedAndOfferedAtTheNextStart) {
     } cases[] = {{[] { std::raise(SIGTERM); }, testing::KilledBySignal(SIGTERM)},
                  {[] { std::raise(SIGINT); }, testing::KilledBySignal(SIGINT)},
                  {[] { std::raise(SIGHUP); }, testing::KilledBySignal(SIGHUP)},
+                 {[] { std::raise(SIGQUIT); }, testing::KilledBySignal(SIGQUIT)},
+                 {[] { std::abort(); }, testing::KilledBySignal(SIGABRT)},
                  // As Qt does when the display is gone.
                  {[] { std::exit(1); }, testing::ExitedWithCode(1)}};
     for (const auto& [end, status] : cases) {

@@ -9,6 +9,7 @@
 #include <cerrno>
 
 #include "core/binary_file.h"
+#include "core/settings.h"
 #include "core/survey_writer.h"
 #include "session/survey_file.h"
 #include "support/file_faults.h"
@@ -102,7 +103,7 @@ TEST_F(MainCommands, SaveThatFailsKeepsWhatItCouldNotSave) {
 TEST_F(MainCommands, FirstSaveThatBreaksOffLosesNothing) {
     OpenChanged(PutSurvey(u"a.qb"_s, u"題"_s));
     user.fileAnswers = {Path(u"new.qb"_s)};
-    ArmFileFault(FaultKind::Error, 3, ENOSPC);
+    ArmFileFault(FaultKind::Error, 4, ENOSPC);  // its first write
     SaveSurveyAs(session);
     DisarmFileFault();
     EXPECT_EQ(user.Lines(u"message"_s), (QStringList{u"message 48 クイブラ: ディスクの空き容量が不足しています。\\r\\n"

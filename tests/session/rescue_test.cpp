@@ -24,9 +24,14 @@ TEST(RescueFile, ChangedSurveyIsRescuedBesideItsFile) {
     ASSERT_EQ(SurveyLoad(session, file, kExpectSurvey), kLoaded);
     EXPECT_EQ(WriteRescueFile(session), QString());
     session.ChangedOn();
+    session.SetLoading(true);
+    EXPECT_EQ(WriteRescueFile(session), QString()) << "half a survey is nobody's work";
+    session.SetLoading(false);
+    QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
     QString rescued = WriteRescueFile(session);
     EXPECT_TRUE(QFileInfo(rescued).fileName().startsWith(u"調査.rescue-"_s)) << qPrintable(rescued);
     EXPECT_EQ(FileBytes(rescued), WriteSurveyBytes(session.survey));
+    EXPECT_EQ(QFile::permissions(rescued) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
     // A folder that is gone: the home folder takes it.
     qputenv("HOME", folder.path().toUtf8());
     session.survey.FileName = folder.filePath(u"gone/調査.qb"_s);

@@ -9,6 +9,7 @@
 
 #include "core/answer_store.h"
 #include "core/binary_file.h"
+#include "core/settings.h"
 #include "core/survey_reader.h"
 #include "core/survey_writer.h"
 #include "support/scripted_interface.h"
@@ -398,7 +399,9 @@ TEST_F(SurveyFile, NumbersBeyondTheArraysAreRefusedWithTheDeadState) {
     EXPECT_EQ(session.survey.LineStart[256], session.survey.LineStart[255]);
 }
 
-TEST_F(SurveyFile, CutAnywhereIsRefusedOrLoaded) {
+using SlowSurveyFile = SurveyFile;
+
+TEST_F(SlowSurveyFile, CutAnywhereIsRefusedOrLoaded) {
     for (const QString& name : {u"small-1001.qb"_s, u"small-1002.qb"_s, u"small-1003.qb"_s, u"gss.qb"_s}) {
         const QByteArray whole = TestData(name);
         const int step = whole.size() > 10000 ? 1601 : 1;
@@ -421,7 +424,7 @@ TEST_F(SurveyFile, CutAnywhereIsRefusedOrLoaded) {
     }
 }
 
-TEST_F(SurveyFile, DamagedBytesAreRefusedOrASurveyForEver) {
+TEST_F(SlowSurveyFile, DamagedBytesAreRefusedOrASurveyForEver) {
     std::mt19937 random(20251);
     for (const QString& name : {u"small-1001.qb"_s, u"small-1002.qb"_s, u"small-1003.qb"_s}) {
         const QByteArray whole = TestData(name);

@@ -2,9 +2,12 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -23,6 +26,8 @@ struct {
     std::string calls;
 } fault;
 
+bool noLinks = false;
+
 bool Strikes(const char* call) {
     if (!fault.armed) return false;
     fault.calls.append(call).append(1, ' ');
@@ -34,6 +39,7 @@ bool Strikes(const char* call) {
 
 int Fail() {
     if (fault.kind == FaultKind::Kill) _exit(kKilledStatus);
+    if (fault.kind == FaultKind::Interrupt) std::raise(SIGINT);
     errno = fault.error;
     return -1;
 }
@@ -53,6 +59,10 @@ void ArmRenameFault(int rename, int error) {
     fault = {.armed = true, .renamesOnly = true, .callsLeft = rename, .error = error, .calls = {}};
 }
 
+void RefuseLinks(bool on) {
+    noLinks = on;
+}
+
 void DisarmFileFault() {
     fault.armed = false;
 }
@@ -70,6 +80,7 @@ const std::string& FileCalls() {
 using quibra::Fail;
 using quibra::fault;
 using quibra::Next;
+using quibra::noLinks;
 using quibra::Strikes;
 
 extern "C" {
@@ -90,19 +101,33 @@ ssize_t write(int descriptor, const void* bytes, size_t size) {
     return Fail();
 }
 
-int fsync(int descriptor) {
-    if (Strikes("fsync")) return Fail();
-    return Next<int(int)>("fsync")(descriptor);
+// The calls that do nothing before they fail.
+#define QUIBRA_FAULTY(name, parameters, arguments, ...)                         \
+    int name parameters __VA_ARGS__ {                                           \
+        return Strikes(#name) ? Fail() : Next<int parameters>(#name) arguments; \
+    }
+QUIBRA_FAULTY(fsync, (int descriptor), (descriptor))
+QUIBRA_FAULTY(fdatasync, (int descriptor), (descriptor))
+QUIBRA_FAULTY(flock, (int descriptor, int operation), (descriptor, operation), noexcept)
+QUIBRA_FAULTY(fchmod, (int descriptor, mode_t mode), (descriptor, mode), noexcept)
+QUIBRA_FAULTY(fchown, (int descriptor, uid_t owner, gid_t group), (descriptor, owner, group), noexcept)
+QUIBRA_FAULTY(rename, (const char* from, const char* to), (from, to), noexcept)
+QUIBRA_FAULTY(unlink, (const char* path), (path), noexcept)
+#undef QUIBRA_FAULTY
+
+int link(const char* from, const char* to) noexcept {
+    if (noLinks) {
+        errno = EPERM;
+        return -1;
+    }
+    return Strikes("link") ? Fail() : Next<int(const char*, const char*)>("link")(from, to);
 }
 
-int rename(const char* from, const char* to) noexcept {
-    if (Strikes("rename")) return Fail();
-    return Next<int(const char*, const char*)>("rename")(from, to);
-}
-
-int unlink(const char* path) noexcept {
-    if (Strikes("unlink")) return Fail();
-    return Next<int(const char*)>("unlink")(path);
+// Closed it is, whatever it says.
+int close(int descriptor) {
+    const bool strikes = Strikes("close");
+    const int result = Next<int(int)>("close")(descriptor);
+    return strikes ? Fail() : result;
 }
 
 }  // extern "C"

@@ -26,8 +26,8 @@ class SurveyBuilder {
     void Status(int q, int c, std::initializer_list<StatusBit> bits);
     void QuestionLimit(int q, std::initializer_list<LimitLine> lines);
     void PreLimit(int slot, std::initializer_list<LimitLine> lines);
-    // Lines of the answer sheet, by question and answer; without any each question has its own. Questions behind the last
-    // line's have lines of their own.
+    // Lines of the answer sheet, by question and answer; without any each question has its own. Questions behind the
+    // last line's have lines of their own.
     void Lines(std::initializer_list<std::pair<int, int>> starts = {{0, 0}});
     // Answers by question; questions behind the last one given stay unanswered.
     void Sample(const std::vector<std::vector<GivenAnswer>>& answers);

@@ -59,13 +59,12 @@ TEST(TotalSheet, DraggedColumnWidthsCarryOverToTheNextResult) {
     SheetRig rig(builder.Get());
     rig.sheet.FontScale = 2;
     rig.sheet.DoTotal(TableOf(0, 0));
-    // A first table starts from the grid's own widths, but for the percentages, of which it has shown no column yet.
-    EXPECT_EQ(rig.widths, (ColumnWidths{500, 500, 800, 0, 0, 1000, 1000, 1400, 2600, 1400}));
+    EXPECT_EQ(rig.widths, kDefaultColumnWidths) << "nobody has dragged a column";
     EXPECT_EQ(rig.sheet.grid.ColumnWidth(2), 1600);
     EXPECT_EQ(rig.sheet.grid.ColumnWidth(3), 100);
     EXPECT_EQ(rig.sheet.grid.Alignment(0), CellAlignment::LeftTop);
-    rig.sheet.grid.SetColumnWidth(0, 3001);
-    rig.sheet.grid.SetColumnWidth(2, 901);
+    rig.sheet.grid.DragColumn(0, 3001);
+    rig.sheet.grid.DragColumn(2, 901);
     rig.sheet.view.percent = TotalView::CountsOnly;
     rig.sheet.RunTotal();
     rig.sheet.view.percent = TotalView::CountsAndPercent;
@@ -74,8 +73,10 @@ TEST(TotalSheet, DraggedColumnWidthsCarryOverToTheNextResult) {
     EXPECT_EQ(rig.widths[2], 450) << "the blank column of the view without percentages is no width of theirs";
     TotalOption essays = TableOf(2, 2);
     essays.TotalKind = kEssayList;
+    rig.sheet.grid.DragColumn(1, 700);
     rig.sheet.DoTotal(essays);
-    EXPECT_EQ(rig.widths, (ColumnWidths{1500, 500, 450, 0, 0, 500, 500, 500, 500, 1400}));
+    EXPECT_EQ(rig.widths, (ColumnWidths{1500, 350, 450, 0, 0, 1000, 1000, 1400, 2600, 1400}))
+        << "what was dragged in the table counts for tables";
 }
 
 // Many samples of one question, choices 1 to 4 in turn.

@@ -138,6 +138,20 @@ TEST(Message, ShowsTheToldButtonsIconAndDefault) {
     EXPECT_EQ(ui.Message(u"ヘルプ"_s, kOkOnly), Answer::Ok);
 }
 
+TEST(MessageBox, OfWorkThatFailsAtOnceStaysInFrontOfItsProgress) {
+    QtUserInterface ui;
+    ui.ProgressOpen({.title = u"読み込み中"_s, .info = {}, .caption = {}, .onFatalStop = {}});
+    WhenAsked([](QWidget& window) {
+        QTest::qWait(800);
+        EXPECT_EQ(QApplication::activeModalWidget(), &window);
+        for (const QWidget* form : OpenForms())
+            EXPECT_NE(form->objectName(), u"frmProcessing"_s);
+        Key(window, Qt::Key_Return);
+    });
+    EXPECT_EQ(ui.Message(u"ファイルが見つかりません。"_s, kWarning), Answer::Ok);
+    ui.ProgressClose();
+}
+
 TEST(AskBox, AnswersByKeyAndCancels) {
     QtUserInterface ui;
     const auto ask = [&ui](std::function<void(QWidget&)> act) {

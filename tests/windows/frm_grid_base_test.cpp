@@ -347,6 +347,7 @@ TEST_F(FrmGridBaseTest, ResultsLeaveByClipboardTextAndHtml) {
     }
 
     const QString path = folder.filePath(u"a"_s);
+    session.survey.FileName = folder.filePath(u"調査.qb"_s);
     ui.TakeTranscript();
     ui.fileAnswers = {QString(), path, path, folder.filePath(u"none/a"_s)};
     Trigger("mnuTextSave");
@@ -375,9 +376,15 @@ TEST_F(FrmGridBaseTest, ResultsLeaveByClipboardTextAndHtml) {
     const QStringList said = ui.Lines(u"message"_s);
     EXPECT_TRUE(said.size() == 1 && said[0].startsWith(u"message 0 クイブラ: "_s)) << said.join(u'\n').toStdString();
     EXPECT_EQ(ui.Lines(u"beep"_s).size(), 3);
-    EXPECT_EQ(ui.Lines(u"file"_s)[1], u"file save  | 全てのファイル(*.*)|*.*| -> "_s + path);
+    EXPECT_EQ(ui.Lines(u"file"_s)[1],
+              u"file save %1/調査-集計.txt | 全てのファイル(*.*)|*.*| -> "_s.arg(folder.path()) + path);
     EXPECT_EQ(ui.Lines(u"file"_s)[2],
-              u"file save  | HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html| -> "_s + path);
+              u"file save %1/調査-集計.htm | HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html| -> "_s.arg(
+                  folder.path()) +
+                  path);
+    // A screen reader says where a figure stands.
+    EXPECT_EQ(Grid()->model()->index(4, 1).data(Qt::AccessibleTextRole).toString(), u"りんご、男、60.0%"_s);
+    EXPECT_EQ(Find<QLabel>("lblInfo2")->toolTip(), path + u" に保存しました。"_s);
 }
 
 TEST_F(FrmGridBaseTest, WindowsHandTheirOptionsOverAndKeepTheirLooks) {
@@ -427,7 +434,7 @@ TEST_F(FrmGridBaseTest, WindowsHandTheirOptionsOverAndKeepTheirLooks) {
     Total(simple);
     const double scale = form->Sheet().FontScale;
     EXPECT_NEAR(scale, 20 / 9.75, 0.05) << "a font has whole pixels";
-    EXPECT_EQ(settings.GridWidth[0], int(1000 / scale));
+    EXPECT_EQ(settings.GridWidth[0], 1400) << "nobody has dragged a column";
     QHeaderView* header = Grid()->horizontalHeader();
     const auto middle = header->height() / 2;
     QTest::mousePress(header->viewport(), Qt::LeftButton, {}, QPoint(header->sectionSize(0) - 1, middle));

@@ -17,6 +17,7 @@
 
 #include "companion/limit_terms.h"
 #include "core/help_topics.h"
+#include "core/settings.h"
 #include "session/survey_file.h"
 #include "session/survey_session.h"
 #include "support/qt_printers.h"

@@ -345,6 +345,23 @@ TEST_F(FrmTotalTest, EssayListThatComesToTheFrontStaysThere) {
     }
 }
 
+TEST_F(FrmTotalTest, ConditionNoTotalHasUsedIsAskedAboutBeforeAResultTakesItsPlace) {
+    Press("cmdTotal_1");
+    FrmGridBase& sheet = form->Sheet();
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    WriteConditionNext({{3, kMarital, 1}});
+    QTest::mouseClick(Control<QLabel>("lblExLimit_0"), Qt::LeftButton);
+    const QString written = Control<QLabel>("lblExLimit_0")->text();
+    ui.TakeTranscript();
+    QTest::qWait(500);  // until what came up behind the editor counts again
+    windows.Activated(sheet);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !ui.transcript.isEmpty(); }));
+    EXPECT_EQ(Control<QLabel>("lblExLimit_0")->text(), written) << "Cancel is the answer where nobody gives one";
+    QTest::qWait(500);
+    EXPECT_EQ(ui.TakeTranscript().size(), 1) << "asked once";
+}
+
 TEST_F(FrmTotalTest, WheelOverABoxWithoutTheFocusLeavesIt) {
     auto* box = Control<QComboBox>("cmbXQno");
     const auto turn = [box] {

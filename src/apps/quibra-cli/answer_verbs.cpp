@@ -119,7 +119,7 @@ int RunGet(const VerbLine& line, StandardOutput& out) {
 }
 
 int RunSet(const VerbLine& line, StandardOutput& /*out*/) {
-    OpenedSurvey opened(line, line.Argument(0), Access::Change);
+    OpenedSurvey opened(line, line.Argument(0), Access::Write);
     const Survey& survey = opened.Data();
     const int q = QuestionArgument(survey, line.Argument(2));
     const qint32 dno = SampleArgument(survey, line.Argument(1));

@@ -14,6 +14,7 @@
 #include "apps/quibra-cli/verb_texts.h"
 #include "apps/quibra-cli/verbs.h"
 #include "core/runtime_error.h"
+#include "core/whole_file.h"
 
 using namespace Qt::StringLiterals;
 using namespace quibra;
@@ -66,6 +67,24 @@ void HoldStandardStreams() {
         if (fcntl(descriptor, F_GETFD) < 0) open("/dev/null", descriptor == STDOUT_FILENO ? O_RDONLY : O_RDWR);
 }
 
+// Ctrl+C and its like, at any point of a run: what is half written goes.
+void EndEarly(int signal) {
+    RemoveGrowingFiles();
+    constexpr char kWords[] = "\n中断しました。\n";
+    const bool alone = write(STDERR_FILENO, kWords, sizeof kWords - 1) < 0;
+    static_cast<void>(alone);  // nobody to tell
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+void HandleSignals() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);  // a file beyond the user's limit is an error of the write, told like a full disk
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        // One that the program was started to ignore, as by nohup, stays ignored.
+        if (std::signal(signal, EndEarly) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
 // Words and file names are UTF-8 even where the caller has set no locale, as jobs of a schedule haven't.
 void UseUtf8() {
     std::setlocale(LC_ALL, "");
@@ -88,7 +107,7 @@ std::unique_ptr<QCoreApplication> MakeApplication(const QStringList& words, int&
 
 int main(int argc, char** argv) {
     HoldStandardStreams();
-    std::signal(SIGPIPE, SIG_IGN);
+    HandleSignals();
     UseUtf8();
     QStringList words;
     for (int i = 1; i < argc; ++i)

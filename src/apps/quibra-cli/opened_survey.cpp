@@ -28,10 +28,11 @@ OpenedSurvey::OpenedSurvey(const VerbLine& line, const QString& path, Access acc
 }
 
 void OpenedSurvey::Load(Access access) {
+    if (access == Access::Write) session_.HoldFile(path_);
     int code = SurveyLoad(session_, path_, kExpectSurvey);
     if (code == kLoadBaseFirst) {
         // What is written would go to the base survey, which nobody named.
-        if (access == Access::Change) throw Refusal{u"集計結果データは書き換えられません。"_s};
+        if (access >= Access::Change) throw Refusal{u"集計結果データは書き換えられません。"_s};
         code = SurveyLoad(session_, path_, kExpectSurvey);
     }
     if (code != kLoaded) throw Refusal{code == kNothing ? QString() : u"アンケートファイルではありません。"_s};
@@ -40,7 +41,7 @@ void OpenedSurvey::Load(Access access) {
 void OpenedSurvey::Unlock(const VerbLine& line, Access access) {
     line.AllowOneOf({u"password"_s, u"password-file"_s});
     const Survey& survey = session_.survey;
-    const int forbidden = access == Access::Change ? 1 : 2;
+    const int forbidden = access >= Access::Change ? 1 : 2;
     if (survey.LockLevel >= forbidden && !survey.Password.isEmpty()) {
         const bool given = line.Has(u"password"_s) || line.Has(u"password-file"_s);
         const QString word =

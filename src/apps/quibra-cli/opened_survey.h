@@ -12,6 +12,7 @@ enum class Access {
     Outside,  // its file, and what may be known of it
     Show,     // questions and answers on the screen
     Change,   // changes of it and copies that leave it
+    Write,    // changes that go back into its file, which no other program writes meanwhile
 };
 
 // Loaded on construction; throws a Refusal when it can't be read or is locked. The verb has SurveyOptions.

@@ -77,7 +77,7 @@ QString StandardInputText() {
 
 int RunParse(const VerbLine& line, StandardOutput& out) {
     const bool save = line.Has(u"save"_s);
-    OpenedSurvey opened(line, line.Argument(0), save ? Access::Change : Access::Show);
+    OpenedSurvey opened(line, line.Argument(0), save ? Access::Write : Access::Show);
     SurveySession& session = opened.Session();
     const qint32 dno = SampleArgument(session.survey, line.Argument(1));
     SheetReading reading;
@@ -142,7 +142,7 @@ bool CheckSamples(SurveySession& session, bool fix, StandardOutput& out) {
 
 int RunCheck(const VerbLine& line, StandardOutput& out) {
     const bool fix = line.Has(u"fix"_s);
-    OpenedSurvey opened(line, line.Argument(0), fix ? Access::Change : Access::Show);
+    OpenedSurvey opened(line, line.Argument(0), fix ? Access::Write : Access::Show);
     SurveySession& session = opened.Session();
     const qint16 own = session.survey.CorrectFlags;
     session.survey.CorrectFlags = static_cast<qint16>(line.Number(u"flags"_s, 0, 31, own));

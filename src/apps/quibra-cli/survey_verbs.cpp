@@ -113,7 +113,7 @@ int RunBuild(const VerbLine& line, StandardOutput& /*out*/) {
 }
 
 int RunConvert(const VerbLine& line, StandardOutput& /*out*/) {
-    OpenedSurvey opened(line, line.Argument(0), Access::Change);
+    OpenedSurvey opened(line, line.Argument(0), Access::Write);
     const QString target = QFileInfo(line.Arguments().last()).absoluteFilePath();
     return SurveySave(opened.Session(), target) ? kDone : kRefused;
 }

@@ -10,6 +10,7 @@
 #include "apps/quibra-cli/verbs.h"
 #include "core/binary_file.h"
 #include "core/survey_reader.h"
+#include "core/whole_file.h"
 #include "tabulation/essay_search.h"
 #include "tabulation/html_result.h"
 #include "tabulation/page_file.h"

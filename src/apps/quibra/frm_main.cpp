@@ -21,6 +21,9 @@ namespace quibra {
 
 namespace {
 
+// Of a recent file's name in its menu, in heights of a line.
+constexpr int kRecentWidth = 30;
+
 // The first file of a drop; empty when there is none.
 QString FileOf(const QMimeData* data) {
     const QList<QUrl> urls = data->urls();
@@ -87,7 +90,10 @@ void FrmMain::Connect() {
         const auto open = row.open ? row.open : &ProgramDesk::TellAbsent;
         connect(findChild<QAction*>(row.command), &QAction::triggered, this, [this, open] { (desk_.*open)(); });
     }
-    connect(&session_, &SurveySession::StateChanged, this, &FrmMain::RefreshAll);
+    connect(&session_, &SurveySession::StateChanged, this, [this](SurveySession::Changes what) {
+        if (what & SurveySession::Change::Settings) RefreshRecentFiles();
+        if (what & ~SurveySession::Changes(SurveySession::Change::Settings)) RefreshAll();
+    });
 }
 
 void FrmMain::cmdFile_Click() {
@@ -191,9 +197,9 @@ void FrmMain::SetIcons() {
 void FrmMain::RefreshAll() {
     for (const GovernedAction& governed : governed_)
         governed.action->setEnabled(session_.menu.*governed.state);
-    ui_->cmdListQues->setEnabled(ui_->mnuQuestions->isEnabled());
-    ui_->cmdInput->setEnabled(ui_->mnuInput->isEnabled());
-    ui_->cmdStatis->setEnabled(ui_->mnuStatis->isEnabled());
+    ui_->cmdListQues->setEnabled(session_.menu.mnuQuestions);
+    ui_->cmdInput->setEnabled(session_.menu.mnuInput);
+    ui_->cmdStatis->setEnabled(session_.menu.mnuStatis);
     RefreshRecentFiles();
 
     const MainStatus status = StatusOf(session_);
@@ -210,7 +216,9 @@ void FrmMain::RefreshRecentFiles() {
         recent_[i]->setVisible(!path.isEmpty());
         any |= !path.isEmpty();
         // A path's own ampersand is no mnemonic.
-        recent_[i]->setText(u"&%1 "_s.arg(i + 1) + QString(path).replace(u'&', u"&&"_s));
+        QString shown = fontMetrics().elidedText(path, Qt::ElideMiddle, kRecentWidth * fontMetrics().height());
+        recent_[i]->setText(u"&%1 "_s.arg(i + 1) + shown.replace(u'&', u"&&"_s));
+        recent_[i]->setToolTip(path);
     }
     ui_->mnuFileMRUSpace->setVisible(any);
 }

@@ -17,7 +17,9 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 ProgramDesk::ProgramDesk(SurveySession& session, QWidget& main)
-    : session_(session), main_(main), results_(session, *this) {}
+    : session_(session), main_(main), results_(session, *this) {
+    QObject::connect(&session_, &SurveySession::StateChanged, &main_, [this] { CloseForbidden(); });
+}
 
 ProgramDesk::~ProgramDesk() {
     // They listen to the result windows, which go before the main window takes its children.
@@ -32,7 +34,17 @@ void ProgramDesk::ShowCollect() {
     session_.ChangedOn();
 }
 
+// A window stands open only while the lock leaves its command on.
+void ProgramDesk::CloseForbidden() {
+    if (!session_.menu.mnuSetLimit) CloseSlotEditor();
+    if (session_.menu.mnuStatis) return;
+    if (total_) total_->close();
+    for (FrmGridBase* sheet : results_.All())
+        sheet->close();
+}
+
 void ProgramDesk::ShowSlotEditor() {
+    if (total_ && !total_->MayDiscard()) return;
     CloseSlotEditor();
     CloseAll();
     // A question whose condition leads back to it has no depth, which its list shows.
@@ -68,6 +80,8 @@ void ProgramDesk::TotalAnew() {
 }
 
 void ProgramDesk::ShowLock() {
+    // What can change the survey gives way before it may be locked.
+    CloseSlotEditor();
     FrmKey(session_, &main_).exec();
 }
 
@@ -130,6 +144,7 @@ void ProgramDesk::CloseSlotEditor() {
 }
 
 bool ProgramDesk::CloseShowingDefinition(const QWidget* editor) {
+    if (total_ && !total_->MayDiscard()) return false;
     CloseSlotEditor();
     WindowsCloseAll(editor);
     return true;

@@ -47,6 +47,7 @@ class ProgramDesk : public Desk {
 
   private:
     FrmTotal& Total();
+    void CloseForbidden();
     FrmGraph& Graph();
 
     SurveySession& session_;

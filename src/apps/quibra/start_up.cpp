@@ -39,6 +39,7 @@ bool StartUp::Run(const QString& path) {
     title.show();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);  // paints it
     if (!IsOnlyCopy()) {
+        title.hide();  // some desktops would keep it above the message
         ui_.Beep();
         ui_.Message(u"既に起動しているクイブラがあります"_s, kWarning);
         return false;

@@ -13,13 +13,21 @@ namespace quibra {
 
 namespace {
 
-constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGABRT};
+constexpr unsigned kLastDeedSeconds = 60;
 
-UnaskedEnd* current = nullptr;
+UnaskedEnd* current = nullptr;  // set once its signals are
 volatile std::sig_atomic_t pipeEnd = -1;
 
 // Little is allowed in a signal handler: the message loop does the rest.
 void PassOn(int signal) {
+    // An abort ends the process as soon as this returns. The last deed may fail in what is broken already, and hang in
+    // it; then there is nothing to lose.
+    if (signal == SIGABRT) {
+        alarm(kLastDeedSeconds);
+        if (current) current->DoLastDeed();
+        return;
+    }
     const int error = errno;
     const char byte = static_cast<char>(signal);
     // The pipe is empty, and there is nobody to tell if it were not.

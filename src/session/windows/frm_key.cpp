@@ -4,6 +4,7 @@
 #include <QButtonGroup>
 
 #include "core/help_topics.h"
+#include "session/main_commands.h"
 #include "session/password.h"
 #include "session/windows/frm_other.h"
 #include "ui/form.h"
@@ -23,7 +24,10 @@ FrmKey::FrmKey(SurveySession& session, QWidget* parent)
     levels_->addButton(controls_->LV_1, 1);
     levels_->addButton(controls_->LV_2, 2);
 
-    connect(levels_, &QButtonGroup::idClicked, this, &FrmKey::LV_Click);
+    // Also where a screen reader sets the button without a click.
+    connect(levels_, &QButtonGroup::idToggled, this, [this](int index, bool on) {
+        if (on && index != session_.survey.LockLevel) LV_Click(index);
+    });
     connect(controls_->Lock, &QPushButton::clicked, this, &FrmKey::Lock_Click);
     connect(controls_->Word, &PasswordBox::EnterPressed, this, &FrmKey::Unlock_Click);
     connect(controls_->Unlock, &QPushButton::clicked, this, &FrmKey::Unlock_Click);
@@ -31,7 +35,9 @@ FrmKey::FrmKey(SurveySession& session, QWidget* parent)
     connect(controls_->ChangeKey, &QPushButton::clicked, this, &FrmKey::ChangeKey_Click);
     connect(controls_->Close, &QPushButton::clicked, this, &QDialog::close);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { RefreshDefault(now); });
-    connect(&session_, &SurveySession::StateChanged, this, &FrmKey::RefreshLook);
+    connect(&session_, &SurveySession::StateChanged, this, [this](SurveySession::Changes what) {
+        if (what & (SurveySession::Change::Lock | SurveySession::Change::File)) RefreshLook();
+    });
     RefreshLook();
     FocusFirst();
     WinCenter(this);
@@ -47,7 +53,8 @@ void FrmKey::LV_Click(int index) {
 }
 
 void FrmKey::Lock_Click() {
-    session_.Lock();
+    // A locked survey can't be saved: the time for that is now.
+    if (AskToSaveChanges(session_)) session_.Lock();
     FocusFirst();
 }
 

@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QFontInfo>
 #include <QScopeGuard>
 #include <QThread>
@@ -9,10 +10,11 @@
 #include <algorithm>
 
 #include "core/attempt.h"
-#include "core/binary_file.h"
 #include "core/help_topics.h"
 #include "core/labels.h"
 #include "core/numbers.h"
+#include "core/typed_number.h"
+#include "core/whole_file.h"
 #include "session/survey_session.h"
 #include "tabulation/html_result.h"
 #include "tabulation/text_result.h"
@@ -87,10 +89,10 @@ FrmGridBase::FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& d
     connect(ui_->cmdCancel, &QPushButton::clicked, this, &FrmGridBase::cmdCancel_Click);
     connect(ui_->Grid, &FlexGrid::CurrentCellChanged, this, &FrmGridBase::Grid_CurrentCellChange);
     connect(ui_->Grid, &FlexGrid::CopyRequested, this, [this] {
-        if (ui_->mnuEdit->isEnabled()) mnuCopy_Click();
+        if (!totals_) mnuCopy_Click();
     });
     connect(ui_->Grid, &FlexGrid::MenuRequested, this, [this](const QPoint& place) {
-        if (ui_->mnuEdit->isEnabled()) ui_->mnuEdit->popup(place);
+        if (!totals_) ui_->mnuEdit->popup(place);
     });
 
     const QFontMetrics metrics = fontMetrics();
@@ -116,7 +118,7 @@ void FrmGridBase::changeEvent(QEvent* event) {
 }
 
 void FrmGridBase::closeEvent(QCloseEvent* event) {
-    if (!ui_->mnuFile->isEnabled()) {
+    if (totals_) {
         session_.ui.Beep();
         event->ignore();
         return;
@@ -144,8 +146,25 @@ void FrmGridBase::mnuCopy_Click() {
     Attempt(session_.ui, [this] { CopySelection(); });
 }
 
+// Beside the survey, by its name.
+QString FrmGridBase::ProposedPath(const QString& suffix) const {
+    const QFileInfo survey(session_.survey.FileName);
+    return survey.path() + u'/' + survey.completeBaseName() + u"-集計"_s + suffix;
+}
+
+void FrmGridBase::TellWritten(const QString& path, const QString& fault) {
+    if (fault.isEmpty()) {
+        const QString told = path + u" に保存しました。"_s;
+        ui_->lblInfo2->setText(ui_->lblInfo2->fontMetrics().elidedText(told, Qt::ElideMiddle, ui_->lblInfo2->width()));
+        ui_->lblInfo2->setToolTip(told);
+    } else {
+        session_.ui.Message(fault + u"\r\n"_s + path, kOkOnly);
+    }
+    session_.ui.Beep();
+}
+
 void FrmGridBase::mnuTextSave_Click() {
-    const QString path = session_.ui.FileBox(QString(), u"全てのファイル(*.*)|*.*|"_s, true);
+    const QString path = session_.ui.FileBox(ProposedPath(u".txt"_s), u"全てのファイル(*.*)|*.*|"_s, true);
     if (path.isEmpty()) return;
     // The blank columns between limits are not written.
     const bool spaced = ui_->mnuSpace->isVisible() && ui_->mnuSpace->isChecked();
@@ -158,7 +177,7 @@ void FrmGridBase::mnuTextSave_Click() {
 
 void FrmGridBase::mnuHTMLSave_Click() {
     const QString path =
-        session_.ui.FileBox(QString(), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
+        session_.ui.FileBox(ProposedPath(u".htm"_s), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
     if (path.isEmpty()) return;
     TellWritten(path, WriteResult(path, [this] {
                     return WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid);
@@ -190,24 +209,23 @@ void FrmGridBase::cmdNext_Click() {
     if (!session_.ui.InputBox(u"集計の続き"_s, u"ﾛｰｶﾙ番号"_s, u"～"_s + QString::number(last),
                               u"ﾛｰｶﾙ番号何番から集計を続けますか？"_s, text))
         return;
-    text = text.trimmed();
+    text = NarrowFigures(text).trimmed();
     if (text.isEmpty() || text.front() < u'0' || text.front() > u'9') return;  // would read as 0
     Attempt(session_.ui, [&] {
         const double from = LeadingNumber(text);
         if (from > last) return;
-        sheet_.result.FromDno = RoundToInt32(from);
-        DoTotal();
+        TotalFrom(RoundToInt32(from));
     });
 }
 
 void FrmGridBase::cmdCancel_Click() {
-    // The disabled button is what the total looks at.
-    if (session_.ui.Message(u"中止しますか？"_s, kOkCancel | kSecondDefault) == Answer::Ok)
-        ui_->cmdCancel->setEnabled(false);
+    if (session_.ui.Message(u"中止しますか？"_s, kOkCancel | kSecondDefault) != Answer::Ok) return;
+    cancelled_ = true;
+    ui_->cmdCancel->setEnabled(false);
 }
 
 void FrmGridBase::Grid_CurrentCellChange() {
-    if (ui_->txtGrid->isHidden()) return;
+    if (totals_) return;
     ui_->txtGrid->setText(ui_->Grid->CurrentText());
     ui_->txtGrid->setCursorPosition(0);
     SendChart();
@@ -219,6 +237,7 @@ void FrmGridBase::Started() {
     ui_->lblInfo2->setText(u"集計中"_s);
     ui_->lblInfo->clear();
     SetIdle(false);
+    cancelled_ = false;
     ui_->cmdCancel->show();
     ui_->cmdCancel->setEnabled(true);
     ui_->cmdCancel->setFocus();
@@ -273,7 +292,7 @@ void FrmGridBase::LetEventsRun() {
 }
 
 bool FrmGridBase::Cancelled() const {
-    return !ui_->cmdCancel->isEnabled();
+    return cancelled_;
 }
 
 void FrmGridBase::Finished() {
@@ -301,11 +320,16 @@ void FrmGridBase::Finished() {
 }
 
 void FrmGridBase::DoTotal() {
+    TotalFrom(0);
+}
+
+void FrmGridBase::TotalFrom(qint32 dno) {
+    sheet_.result.FromDno = dno;
     show();
     raise();
     activateWindow();
     SetKindMenus(windows_.option.TotalKind == kEssayList);
-    shownFromDno_ = sheet_.result.FromDno;
+    shownFromDno_ = dno;
     Attempt(session_.ui, [this] { sheet_.DoTotal(windows_.option); });
 }
 
@@ -320,9 +344,8 @@ void FrmGridBase::RunTotal() {
 }
 
 void FrmGridBase::TotalAgain() {
-    if (!ui_->mnuFile->isEnabled()) return;
-    sheet_.result.FromDno = shownFromDno_;
-    DoTotal();
+    if (totals_) return;
+    TotalFrom(shownFromDno_);
 }
 
 void FrmGridBase::SetKindMenus(bool essayList) {
@@ -343,6 +366,7 @@ void FrmGridBase::SetIdle(bool idle) {
         pause_.End();
     else
         pause_.Begin(this);
+    totals_ = !idle;
     ui_->txtGrid->setVisible(idle);
     ui_->mnuFile->setEnabled(idle);
     ui_->mnuEdit->setEnabled(idle);

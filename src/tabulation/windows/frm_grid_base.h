@@ -28,7 +28,8 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& desk);
     ~FrmGridBase() override;
 
-    // Shows the window and totals by the current options (ResultWindows::option); returns when that is done.
+    // Shows the window and totals by the current options (ResultWindows::option), from the first sample on; returns
+    // when that is done.
     void DoTotal();
 
     // While this is off the window can come to the front without handing its options back. Whoever lets a window total
@@ -65,7 +66,10 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     bool Cancelled() const override;
     void Finished() override;
 
+    void TotalFrom(qint32 dno);
     void RunTotal();
+    QString ProposedPath(const QString& suffix) const;
+    void TellWritten(const QString& path, const QString& fault);
     void TotalAgain();
     void SetKindMenus(bool essayList);
     void SetIdle(bool idle);
@@ -76,7 +80,6 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     void ConnectTools();
     void CopySelection();
     QString WriteResult(const QString& path, const std::function<QByteArray()>& bytes);
-    void TellWritten(const QString& path, const QString& fault);
     void RunTool(const std::function<void()>& tool);
     void SendChart();
     void ShowView(const TotalView& view);
@@ -96,6 +99,8 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     TotalSheet sheet_;
     ResultGridModel* model_;
     FormPause pause_;
+    bool totals_ = false;  // a total runs
+    bool cancelled_ = false;
     QStringList searchWords_;  // of the last word search
     LastChart lastChart_;
     qint32 shownFromDno_ = 0;  // where the list now shown starts

@@ -8,6 +8,7 @@
 #include "core/attempt.h"
 #include "core/binary_file.h"
 #include "core/numbers.h"
+#include "core/whole_file.h"
 #include "session/survey_file.h"
 #include "session/survey_session.h"
 #include "tabulation/cell_essays.h"
@@ -60,14 +61,6 @@ QString FrmGridBase::WriteResult(const QString& path, const std::function<QByteA
         return error.Text();
     }
     return QString();
-}
-
-void FrmGridBase::TellWritten(const QString& path, const QString& fault) {
-    if (fault.isEmpty())
-        ui_->lblInfo2->setText(path);
-    else
-        session_.ui.Message(fault, kOkOnly);
-    session_.ui.Beep();
 }
 
 void FrmGridBase::CopySelection() {

@@ -83,26 +83,34 @@ FrmTotal::FrmTotal(SurveySession& session, ResultWindows& windows, Desk& desk, Q
     connect(ui_->cmbRank, &QComboBox::activated, this, [this](int rank) { setup_.rank = rank; });
     connect(ui_->lblExLimit_0, &ClickLabel::clicked, this, [this] { lblExLimit_Click(0); });
     connect(ui_->lblExLimit_1, &ClickLabel::clicked, this, [this] { lblExLimit_Click(1); });
-    connect(ui_->optCross_0, &QRadioButton::clicked, this, [this] { optCross_Click(kCrossQuestion); });
+    connect(ui_->optCross_0, &QRadioButton::toggled, this, [this](bool on) {
+        if (on) optCross_Click(kCrossQuestion);
+    });
     connect(ui_->cmbXQno, &QComboBox::activated, this, &FrmTotal::cmbXQno_Click);
-    connect(ui_->optCross_1, &QRadioButton::clicked, this, [this] { optCross_Click(kCrossPreLimit); });
-    connect(ui_->optCross_2, &QRadioButton::clicked, this, [this] { optCross_Click(kCrossFree); });
+    connect(ui_->optCross_1, &QRadioButton::toggled, this, [this](bool on) {
+        if (on) optCross_Click(kCrossPreLimit);
+    });
+    connect(ui_->optCross_2, &QRadioButton::toggled, this, [this](bool on) {
+        if (on) optCross_Click(kCrossFree);
+    });
     connect(ui_->lstLimit, &QListWidget::currentRowChanged, this, &FrmTotal::lstLimit_Click);
     connect(ui_->lstLimit, &QListWidget::itemClicked, this, &FrmTotal::lstLimit_Click);
     connect(ui_->lstLimit, &QListWidget::itemDoubleClicked, ui_->cmdChangeLimit, &QPushButton::click);
     connect(ui_->cmdAddLimit, &QPushButton::clicked, this, [this] { Run([this] { setup_.AddLimit(); }); });
     connect(ui_->cmdChangeLimit, &QPushButton::clicked, this, [this] { Run([this] { setup_.ChangeLimit(); }); });
     connect(ui_->cmdDelLimit, &QPushButton::clicked, this, [this] { Run([this] { setup_.DeleteLimit(); }); });
-    connect(ui_->chkRough, &QCheckBox::clicked, this, [this](bool on) { setup_.rough = on; });
+    connect(ui_->chkRough, &QCheckBox::toggled, this, [this](bool on) { setup_.rough = on; });
     connect(ui_->cmbEQno, &QComboBox::activated, this, &FrmTotal::cmbEQno_Click);
     connect(ui_->cmbECno, &QComboBox::activated, this, [this](int c) { setup_.essayCno = c; });
     connect(ui_->cmbERank, &QComboBox::activated, this, [this](int rank) { setup_.essayRank = rank; });
-    connect(ui_->chkRequire, &QCheckBox::clicked, this, &FrmTotal::chkRequire_Click);
+    connect(ui_->chkRequire, &QCheckBox::toggled, this, &FrmTotal::chkRequire_Click);
     const std::pair<QRadioButton*, EssayConditionValue> conditions[] = {
         {ui_->optCon_5, kEssayAny},   {ui_->optCon_1, kEssayFilled}, {ui_->optCon_0, kEssayEmpty},
         {ui_->optCon_2, kEssayHolds}, {ui_->optCon_3, kEssayNumber}, {ui_->optCon_4, kEssayCode}};
     for (const auto& [option, condition] : conditions)
-        connect(option, &QRadioButton::clicked, this, [this, c = condition] { optCon_Click(c); });
+        connect(option, &QRadioButton::toggled, this, [this, c = condition](bool on) {
+            if (on) optCon_Click(c);
+        });
     connect(ui_->lblCon, &ClickLabel::clicked, this, [this] { Run([this] { setup_.AskEssayDetail(); }); });
     QPushButton* const totals[] = {ui_->cmdTotal_0, ui_->cmdTotal_1, ui_->cmdTotal_2, ui_->cmdTotal_3};
     for (int i = 0; i < 4; ++i)
@@ -172,7 +180,8 @@ void FrmTotal::cmbEQno_Click(int q) {
 }
 
 void FrmTotal::chkRequire_Click() {
-    Run([this] { setup_.require = ui_->chkRequire->isChecked(); });
+    const bool on = ui_->chkRequire->isChecked();
+    if (on != setup_.require) Run([&] { setup_.require = on; });
 }
 
 void FrmTotal::optCon_Click(EssayConditionValue condition) {
@@ -226,6 +235,22 @@ void FrmTotal::SheetActivated(FrmGridBase& sheet) {
         passing_ = &sheet;
         return;
     }
+    if (!setup_.HasUnused()) {
+        TakeOver(sheet);
+        return;
+    }
+    if (refused_ == &sheet) return;
+    refused_ = &sheet;
+    // Behind the event that has brought the other window to the front.
+    QTimer::singleShot(0, this, [this, asked = QPointer(&sheet)] {
+        bool replaced = false;
+        Run([&] { replaced = setup_.MayReplace(); });
+        if (replaced && asked) TakeOver(*asked);
+    });
+}
+
+void FrmTotal::TakeOver(FrmGridBase& sheet) {
+    refused_ = nullptr;
     sheet_ = &sheet;
     SetTotalOption();
 }

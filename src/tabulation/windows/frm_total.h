@@ -34,6 +34,8 @@ class FrmTotal : public QDialog, private SheetHost {
     void SetWindow(int kind);
     // Shows the current options, ResultWindows::option.
     void SetTotalOption();
+    // True when it is all right to close the window; asks when a condition has been written that no total knows.
+    bool MayDiscard();
     // The result window that is totalled in next; made when there is none.
     FrmGridBase& Sheet();
 
@@ -69,7 +71,7 @@ class FrmTotal : public QDialog, private SheetHost {
     // Does what a control asks, with dialogs where it needs some, and shows what has come of it, a run-time error
     // included.
     void Run(const std::function<void()>& action);
-    bool MayDiscard();
+    void TakeOver(FrmGridBase& sheet);
     void ShowLimitTip();
     void Refresh();
     void RefreshTablePage();
@@ -86,6 +88,8 @@ class FrmTotal : public QDialog, private SheetHost {
     // tend to show another window for a moment then; its options must not take the place of what the user has just set.
     int asking_ = 0;
     QPointer<FrmGridBase> passing_;
+    // Whose options the user has refused, or is being asked about.
+    QPointer<FrmGridBase> refused_;
 };
 
 }  // namespace quibra

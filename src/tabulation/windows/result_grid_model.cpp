@@ -2,7 +2,16 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace quibra {
+
+namespace {
+
+constexpr int kEssayTextColumn = 2;
+constexpr int kFirstEssayWidth = 5;  // of the saved widths
+
+}  // namespace
 
 ResultGridModel::ResultGridModel(const Survey& survey, TotalSheet& sheet, QObject* parent)
     : QAbstractTableModel(parent), survey_(survey), sheet_(sheet) {
@@ -79,6 +88,39 @@ bool ResultGridModel::Holds(int row, int column) const {
            column < std::min(columns_, sheet_.grid.Columns());
 }
 
+// The words that always stand in a column, unless a person has made it narrower.
+QStringList ResultGridModel::FixedWords(int column) const {
+    if (sheet_.result.option.TotalKind == kEssayList) {
+        static const QStringList kWords[] = {{u"[全体の限定]"_s}, {u"選択肢"_s, u"無回答"_s}, {u"記述文"_s}};
+        if (column > kEssayTextColumn || sheet_.IsDragged(column, column + kFirstEssayWidth)) return {};
+        return kWords[column];
+    }
+    if (LabelColumn(column) != column || sheet_.IsDragged(column, 0)) return {};
+    return {u"[全体の限定]"_s, u"[個別の限定]"_s, u"[粗集計人数]"_s, u"無回答"_s};
+}
+
+// The column with the labels of the rows, for a column of figures.
+int ResultGridModel::LabelColumn(int column) const {
+    if (sheet_.result.option.TotalKind == kEssayList || !sheet_.view.sort) return 0;
+    int label = 0;
+    for (int c = 0; c <= column && c < columns_; ++c)
+        if (c == 0 ||
+            (!figureColumns_[static_cast<size_t>(c)] && c + 1 < columns_ && figureColumns_[static_cast<size_t>(c) + 1]))
+            label = c;
+    return label;
+}
+
+// What a screen reader says of a cell: its row and column before the text.
+QString ResultGridModel::Spoken(int row, int column) const {
+    QStringList words;
+    const int label = LabelColumn(column);
+    if (column != label) words += sheet_.grid.Text(label, row);
+    if (captionRow_ > 0 && row != captionRow_) words += sheet_.grid.Text(column, captionRow_);
+    words += sheet_.grid.Text(column, row);
+    words.removeAll(QString());
+    return words.join(u"、"_s);
+}
+
 bool ResultGridModel::IsFigure(int row, int column) const {
     const GridRowKind kind = kinds_[static_cast<size_t>(row)];
     return (kind == GridRowKind::Choice || kind == GridRowKind::Total) && figureColumns_[static_cast<size_t>(column)];
@@ -98,9 +140,13 @@ QVariant ResultGridModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return sheet_.grid.Text(index.column(), index.row());
         case Qt::TextAlignmentRole:
-            return static_cast<int>(sheet_.grid.Alignment(index.column()) == CellAlignment::LeftTop
+            // Rows of an essay list may have several lines, which all begin at the top.
+            return static_cast<int>(sheet_.grid.Alignment(index.column()) == CellAlignment::LeftTop ||
+                                            sheet_.result.option.TotalKind == kEssayList
                                         ? Qt::AlignLeft | Qt::AlignTop
                                         : Qt::AlignLeft | Qt::AlignVCenter);
+        case Qt::AccessibleTextRole:
+            return Spoken(index.row(), index.column());
         case kRowKindRole:
             return static_cast<int>(kinds_[static_cast<size_t>(index.row())]);
         case kFigureRole:
@@ -119,6 +165,10 @@ QVariant ResultGridModel::headerData(int section, Qt::Orientation orientation, i
     if (!Holds(0, section)) return {};
     if (role == kTwipsRole) return sheet_.grid.ColumnWidth(section);
     if (role == kFigureRole) return bool{figureColumns_[static_cast<size_t>(section)]};
+    if (role == kLeastTextRole) return FixedWords(section);
+    if (role == kStretchRole)
+        return sheet_.result.option.TotalKind == kEssayList && section == kEssayTextColumn &&
+               !sheet_.IsDragged(section, kEssayTextColumn + kFirstEssayWidth);
     const bool caption = role == Qt::DisplayRole || role == Qt::ToolTipRole;
     if (!caption || !Holds(captionRow_, section) || captionRow_ == 0) return {};
     return sheet_.grid.Text(section, captionRow_);
@@ -126,7 +176,7 @@ QVariant ResultGridModel::headerData(int section, Qt::Orientation orientation, i
 
 bool ResultGridModel::setHeaderData(int section, Qt::Orientation orientation, const QVariant& value, int role) {
     if (orientation != Qt::Horizontal || role != kTwipsRole || !Holds(0, section)) return false;
-    sheet_.grid.SetColumnWidth(section, value.toInt());
+    sheet_.grid.DragColumn(section, value.toInt());
     Q_EMIT headerDataChanged(orientation, section, section);
     return true;
 }

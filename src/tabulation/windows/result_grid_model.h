@@ -31,6 +31,9 @@ class ResultGridModel : public QAbstractTableModel {
     void TakeShape();
     bool Holds(int row, int column) const;
     bool IsFigure(int row, int column) const;
+    QStringList FixedWords(int column) const;
+    int LabelColumn(int column) const;
+    QString Spoken(int row, int column) const;
 
     const Survey& survey_;
     TotalSheet& sheet_;

@@ -8,8 +8,8 @@
 #include <QSvgGenerator>
 #include <cmath>
 
-#include "core/binary_file.h"
 #include "core/runtime_error.h"
+#include "core/whole_file.h"
 #include "ui/chart/chart_axis.h"
 #include "ui/chart/pdf_text.h"
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "core/binary_file.h"
+#include "core/whole_file.h"
 
 namespace quibra {
 
