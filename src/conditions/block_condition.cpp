@@ -7,27 +7,6 @@
 
 namespace quibra {
 
-namespace {
-
-using Words = const uint64_t*;
-
-// held |= samples of `among` whose field lies from `low` to `high`.
-void AddInRange(Words planes, int width, int low, int high, const BlockMask& among, int words, BlockMask& held) {
-    const int largest = (1 << width) - 1;
-    if (low > high || low > largest) return;
-    BlockMask mask = among;
-    if (low == high) {
-        KeepEqual(planes, width, low, words, mask);
-    } else {
-        KeepOrdered(planes, width, low, true, words, mask);
-        if (high < largest) KeepOrdered(planes, width, high, false, words, mask);
-    }
-    for (int w = 0; w < words; ++w)
-        held[static_cast<size_t>(w)] |= mask[static_cast<size_t>(w)];
-}
-
-}  // namespace
-
 BlockCondition::BlockCondition(const Survey& survey, const LimitList& list)
     : survey_(survey), flags_(survey.Samples.Flags()), wanted_(static_cast<quint16>(list[0].b)) {
     const LimitLine* line = list.Data() + 1;
@@ -60,7 +39,7 @@ void BlockCondition::TestTerm(SamplePlanes& planes, const LimitTerm& term, Block
     BlockMask answered;  // an answer at every position so far
     answered.fill(~uint64_t{0});
     for (int position = 0; position < last; ++position) {
-        const Words field = planes.Field(question.BitStart + position * question.BitWidth, question.BitWidth);
+        const uint64_t* field = planes.Field(question.BitStart + position * question.BitWidth, question.BitWidth);
         if (term.rank == 0 || position + 1 == term.rank) {
             AddInRange(field, question.BitWidth, std::max(term.low, 1), term.high, answered, words, held);
             if (position == 0 && term.low == 0) AddInRange(field, question.BitWidth, 0, 0, answered, words, held);

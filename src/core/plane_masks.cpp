@@ -47,4 +47,18 @@ void KeepSame(Words planes, Words others, int width, int words, BlockMask& mask)
             mask[static_cast<size_t>(w)] &= ~(planes[p * kPlaneWords + w] ^ others[p * kPlaneWords + w]);
 }
 
+void AddInRange(Words planes, int width, int low, int high, const BlockMask& among, int words, BlockMask& held) {
+    const int largest = (1 << width) - 1;
+    if (low > high || low > largest) return;
+    BlockMask mask = among;
+    if (low == high) {
+        KeepEqual(planes, width, low, words, mask);
+    } else {
+        KeepOrdered(planes, width, low, true, words, mask);
+        if (high < largest) KeepOrdered(planes, width, high, false, words, mask);
+    }
+    for (int w = 0; w < words; ++w)
+        held[static_cast<size_t>(w)] |= mask[static_cast<size_t>(w)];
+}
+
 }  // namespace quibra
