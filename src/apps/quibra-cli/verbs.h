@@ -18,6 +18,13 @@ Verb InfoVerb();
 Verb DumpVerb();
 Verb BuildVerb();
 Verb ConvertVerb();
+// The questionnaire.
+Verb NewVerb();
+Verb EditVerb();
+Verb ListVerb();
+Verb QuestionsVerb();
+Verb PropertiesVerb();
+Verb MeasureVerb();
 // One sample's answers.
 Verb GetVerb();
 Verb SetVerb();

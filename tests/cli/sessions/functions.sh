@@ -27,3 +27,19 @@ search() {
     quibra-cli essays residents.qb "${@:2}" | sed '1,3d;$d' | cut -f 1,3 |
         cmp - <(quibra-cli dump residents.qb | PYTHONUTF8=1 "$PYTHON" "$SOURCE/tests/cli/sessions/search.py" "$1")
 }
+
+# edited FILE [OUT] COMMAND...: what each command of the question editor brings up and leaves, without the words of state
+# that a line before has had.
+edited() {
+    files=("$1")
+    shift
+    [[ $1 == \{* ]] || { files+=("$1"); shift; }
+    printf '%s\n' "$@" | quibra-cli edit "${files[@]}" | "$PYTHON" -c '
+import json, sys
+before = {}
+for line in sys.stdin:
+    state = json.loads(line)
+    print(json.dumps({k: v for k, v in state.items() if v != before.get(k) or k == "Error"}, ensure_ascii=False))
+    before = state'
+    return "${PIPESTATUS[1]}"
+}
