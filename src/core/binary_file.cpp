@@ -34,7 +34,15 @@ constexpr int kSquareOffset = 32768;
 
 BinaryFile BinaryFile::OpenToRead(const QString& path) {
     const QByteArray name = NativePath(path);
-    return BinaryFile(Descriptor(Checked([&] { return open(name.constData(), O_RDONLY | O_CLOEXEC); })));
+    const auto opened = [&] { return open(name.constData(), O_RDONLY | O_CLOEXEC); };
+    try {
+        return BinaryFile(Descriptor(Checked(opened)));
+    } catch (const RuntimeError& error) {
+        // The usual text speaks of writing.
+        if (error.Number() == kErrorPermission)
+            throw RuntimeError(kErrorPermission, u"読み取りが許可されていません。"_s);
+        throw;
+    }
 }
 
 qint64 BinaryFile::Size() const {

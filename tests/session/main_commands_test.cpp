@@ -114,6 +114,18 @@ TEST_F(MainCommands, FirstSaveThatBreaksOffLosesNothing) {
     EXPECT_FALSE(QFile::exists(Path(u"new.qb"_s)));
 }
 
+TEST_F(MainCommands, AFileThatMayNotBeReadIsToldToBeThat) {
+    const QString path = PutSurvey(u"a.qb"_s, u"題"_s);
+    ArmFileFault(FaultKind::Error, 1, EACCES);
+    SurveyOpen(session, path, kExpectSurvey);
+    DisarmFileFault();
+    const QStringList told = user.Lines(u"message"_s);
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told[0].startsWith(u"message 48 クイブラ: 読み取りが許可されていません。\\r\\n"_s + path))
+        << qPrintable(told[0]);
+    EXPECT_TRUE(session.IsDead());
+}
+
 TEST_F(MainCommands, StopInTheMiddleOfALoadLeavesTheDeadState) {
     const QString path = PutSurvey(u"a.qb"_s, u"題"_s);
     user.stopAtProgress = 2;

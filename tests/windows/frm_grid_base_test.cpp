@@ -118,7 +118,8 @@ class FrmGridBaseTest : public testing::Test {
 TEST_F(FrmGridBaseTest, MenusAreThoseOfTheKind) {
     // Marked by t what only tables have, by l what only lists have.
     const QString all =
-        u" 集計結果ﾌｧｲﾙを開く(&O)/ この集計結果をﾌｧｲﾙに保存(&S)/ 印刷(&P)/l-/l追加・変更(&C)/l書き出す(&O)/l参照質問(&R)/ -/ "
+        u" 集計結果ﾌｧｲﾙを開く(&O)/ この集計結果をﾌｧｲﾙに保存(&S)/ "
+        u"印刷(&P)/l-/l追加・変更(&C)/l書き出す(&O)/l参照質問(&R)/ -/ "
         u"閉じる(&C)/"
         u" コピー(&C)/ 全てを選択(&A)/ 集計結果をﾃｷｽﾄﾌｧｲﾙで保存(&T)/ 集計結果をHTMLﾌｧｲﾙで保存(&H)/ "
         u".Excelにデータを送る(&E)/t-/"
@@ -301,6 +302,14 @@ TEST_F(FrmGridBaseTest, LongEssayListsGoOnInParts) {
     EXPECT_TRUE(Find<QLabel>("lblFromDno")->isVisible());
     Grid()->Select({0, 4, 0, 4});
     EXPECT_TRUE(ui.transcript.isEmpty()) << "there is nothing yet that shows one sample";
+    // "Look only" leaves the list, and turns off what changes samples or gives them away.
+    for (const bool locked : {false, true}) {
+        session.survey.LockLevel = 1;
+        locked ? session.Lock() : session.Unlock();
+        for (const char* item : {"mnuSearch", "mnuOutput"})
+            EXPECT_EQ(Find<QAction>(item)->isEnabled(), !locked) << item;
+        EXPECT_TRUE(Find<QAction>("mnuRefQno")->isEnabled());
+    }
     ui.atTurn = [&] { EXPECT_FALSE(Find<QPushButton>("cmdNext")->isEnabled()) << "its key would begin another"; };
     ui.questionsAnswers = {QList<bool>{false, true}};
     Trigger("mnuRefQno");
@@ -420,6 +429,8 @@ TEST_F(FrmGridBaseTest, WindowsHandTheirOptionsOverAndKeepTheirLooks) {
     EXPECT_EQ(settings.FontSet[kFontGridBase].FontSize, 20);
     EXPECT_EQ(form->Sheet().FontScale, first->Sheet().FontScale) << "widths grow with the next window";
     settings.WinPos[kPosGridBase] = {};
+    windows.New().close();
+    EXPECT_EQ(settings.WinPos[kPosGridBase].Width, 0) << "never shown, it had no place";
     FrmGridBase* second = form;
     EXPECT_TRUE(form->close());
     EXPECT_EQ(host.closed, second);

@@ -234,7 +234,9 @@ TEST_F(FrmTotalTest, CrossesFreeConditionsAndEssayListsAreTotalledAsDescribedAnd
     QTest::mouseClick(Control<QTabWidget>("tabTotal")->tabBar(), Qt::LeftButton, {},
                       Control<QTabWidget>("tabTotal")->tabBar()->tabRect(1).center());
     EXPECT_EQ(Control<QLabel>("lblExLimit_1")->text(), session.survey.Choices(1, kMarital).Text);
+    Choose("cmbERank", 1);
     Choose("cmbEQno", kAge);
+    EXPECT_EQ(Shown("cmbERank"), u"全順位"_s) << "the rank was the other question's";
     EXPECT_EQ(Shown("cmbECno"), u"全選択肢(無回答除く)"_s);
     Mark("optCon_1");
     ui.inputAnswers = {u"88"_s, u"86"_s};

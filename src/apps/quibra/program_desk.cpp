@@ -39,6 +39,7 @@ void ProgramDesk::CloseForbidden() {
     if (!session_.menu.mnuSetLimit) CloseSlotEditor();
     if (session_.menu.mnuStatis) return;
     if (total_) total_->close();
+    if (graph_) graph_->close();
     for (FrmGridBase* sheet : results_.All())
         sheet->close();
 }
@@ -96,7 +97,8 @@ void ProgramDesk::TellAbsent() {
 void ProgramDesk::PageOpen(const QString& path) {
     FrmTotal& total = Total();
     // A survey whose totals are locked shows none of its pages either.
-    if (session_.menu.mnuKey && !session_.menu.mnuStatis && !VerifyPassword(session_.ui, &main_, session_.survey.Password)) {
+    if (session_.menu.mnuKey && !session_.menu.mnuStatis &&
+        !VerifyPassword(session_.ui, &main_, session_.survey.Password)) {
         total.close();
         return;
     }

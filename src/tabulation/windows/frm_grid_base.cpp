@@ -72,6 +72,8 @@ FrmGridBase::FrmGridBase(SurveySession& session, ResultWindows& windows, Desk& d
     ConnectTools();
     connect(ui_->mnuSearch, &QAction::triggered, this, [this] { desk_.ShowBatchAdd(sheet_.result.Places()); });
     connect(ui_->mnuOutput, &QAction::triggered, this, [this] { desk_.ShowExport(sheet_.result.Places()); });
+    connect(&session_, &SurveySession::StateChanged, this, &FrmGridBase::RefreshLocked);
+    RefreshLocked();
     connect(ui_->mnuRefQno, &QAction::triggered, this, &FrmGridBase::mnuRefQno_Click);
     connect(ui_->mnuQuit, &QAction::triggered, this, &FrmGridBase::close);
     connect(ui_->mnuCopy, &QAction::triggered, this, &FrmGridBase::mnuCopy_Click);
@@ -346,6 +348,12 @@ void FrmGridBase::RunTotal() {
 void FrmGridBase::TotalAgain() {
     if (totals_) return;
     TotalFrom(shownFromDno_);
+}
+
+// A list leads to windows that change samples or give them away; the lock turns them off.
+void FrmGridBase::RefreshLocked() {
+    ui_->mnuSearch->setEnabled(session_.menu.mnuInput);
+    ui_->mnuOutput->setEnabled(session_.menu.mnuOutput);
 }
 
 void FrmGridBase::SetKindMenus(bool essayList) {

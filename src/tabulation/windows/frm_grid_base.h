@@ -71,6 +71,7 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     QString ProposedPath(const QString& suffix) const;
     void TellWritten(const QString& path, const QString& fault);
     void TotalAgain();
+    void RefreshLocked();
     void SetKindMenus(bool essayList);
     void SetIdle(bool idle);
     void WaitUntilDrawn();
