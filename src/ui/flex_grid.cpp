@@ -2,332 +2,31 @@
 
 #include <QElapsedTimer>
 #include <QHeaderView>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
-#include <QTextLayout>
-#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
-#include "ui/theme.h"
+#include "ui/flex_grid_painter.h"
+#include "ui/flex_grid_strip.h"
 #include "ui/window_place.h"
 
 namespace quibra {
 
 namespace {
 
-constexpr int kSidePadding = 4;
-constexpr int kRowPadding = 2;
-constexpr int kMaxRowLines = 4;
-constexpr int kMaxStripLines = 2;
-// A tool tip: its width in heights of a line, and its lines.
-constexpr int kTipWidth = 40;
-constexpr int kMaxTipLines = 20;
-constexpr int kLeastStripHeight = 8;
 constexpr int kLeastColumnWidth = 2;
 // Milliseconds: after a change of widths, for measuring at once, and for each further turn of it.
 constexpr int kMeasureDelay = 120;
 constexpr int kMeasureAtOnce = 40;
 constexpr int kMeasureTurn = 10;
-// Figures are drawn to the right of a box of so many digits at the left of their cell.
-constexpr int kFigureDigits = 7;
-
-QString OneLine(QString text) {
-    return text.replace(u'\r', u' ').replace(u'\n', u' ');
-}
-
-// The lines of a text broken at `width`; the last of at most `maxLines` ends in dots when there is more.
-QStringList Wrapped(const QString& text, const QFont& font, int width, int maxLines) {
-    QTextLayout layout(text, font);
-    QTextOption option;
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    layout.setTextOption(option);
-    QStringList lines;
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(std::max(width, 1));
-        if (lines.size() == maxLines) {
-            const auto start = text.size() - (layout.lineAt(maxLines - 1).textStart());
-            lines.last() = QFontMetrics(font).elidedText(text.right(start), Qt::ElideRight, width);
-            break;
-        }
-        lines << text.mid(line.textStart(), line.textLength());
-    }
-    layout.endLayout();
-    return lines;
-}
-
-// How many lines a text takes at `width`, up to one more than `limit`.
-int LineCount(const QString& text, const QFontMetrics& metrics, const QFont& font, int width, int limit) {
-    // No character is wider than a line is high: most texts are seen to fit without being laid out.
-    if (text.size() * metrics.height() <= width || metrics.horizontalAdvance(text) <= width) return 1;
-    return static_cast<int>(Wrapped(text, font, width, limit + 1).size());
-}
-
-void DrawLines(QPainter& painter, const QRect& rect, bool top, const QString& text) {
-    const QFontMetrics metrics = painter.fontMetrics();
-    const int room = std::max(1, (rect.height() - 2 * kRowPadding) / metrics.lineSpacing());
-    const QStringList lines = Wrapped(text, painter.font(), rect.width(), room);
-    const int height = static_cast<int>(lines.size()) * metrics.lineSpacing();
-    int y = rect.top() + (top ? kRowPadding : (rect.height() - height) / 2);
-    for (const QString& line : lines) {
-        painter.drawText(rect.left(), y + metrics.ascent(), line);
-        y += metrics.lineSpacing();
-    }
-}
-
-// The ground of every other row: a little of the text's colour, since a ground that the user has chosen has no
-// alternate.
-QColor Band(const QPalette& palette, QPalette::ColorGroup group) {
-    constexpr float kShare = 0.05F;
-    const QColor base = palette.color(group, QPalette::Base);
-    const QColor text = palette.color(group, QPalette::Text);
-    const auto mix = [](float from, float to) { return from + (to - from) * kShare; };
-    return QColor::fromRgbF(mix(base.redF(), text.redF()), mix(base.greenF(), text.greenF()),
-                            mix(base.blueF(), text.blueF()));
-}
-
-QRect Inside(const QRect& cell) {
-    return cell.adjusted(kSidePadding, 0, -kSidePadding, 0);
-}
-
-}  // namespace
-
-// Draws cells, and measures their texts.
-class FlexGridPainter : public QStyledItemDelegate {
-  public:
-    explicit FlexGridPainter(FlexGrid* grid) : QStyledItemDelegate(grid), grid_(grid) {}
-
-    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        Paint(*painter, option, index.row(), index.column());
-    }
-    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
-                   const QModelIndex& index) override;
-
-    // `column` may be the one behind the last: the ground beside the cells.
-    void Paint(QPainter& painter, const QStyleOptionViewItem& option, int row, int column) const;
-    // A column of figures is not made narrower than this: a figure that is cut off reads as another.
-    int FigureWidth() const;
-    // The text of a row's cells needs so many lines, at most kMaxRowLines.
-    int RowLines(int row) const;
-
-    QString Text(int row, int column) const {
-        return OneLine(grid_->model()->index(row, column).data(Qt::DisplayRole).toString());
-    }
-    GridRowKind Kind(int row) const {
-        return static_cast<GridRowKind>(grid_->model()->index(row, 0).data(kRowKindRole).toInt());
-    }
-
-  private:
-    bool IsFigure(int row, int column) const { return grid_->model()->index(row, column).data(kFigureRole).toBool(); }
-    QFont FontOf(int row) const;
-    int SourceOf(int row, int column) const;
-    int FlowWidth(int row, int column) const;
-    QRect FlowOf(int row, int column) const;
-
-    FlexGrid* grid_;
-};
-
-int FlexGridPainter::FigureWidth() const {
-    const QFontMetrics metrics(grid_->font());
-    const int widest =
-        std::max(kFigureDigits * metrics.horizontalAdvance(u'0'), metrics.horizontalAdvance(QStringLiteral("100.0%")));
-    return widest + 2 * kSidePadding;
-}
-
-QFont FlexGridPainter::FontOf(int row) const {
-    QFont font = grid_->font();
-    if (Kind(row) == GridRowKind::Heading) font.setBold(true);
-    return font;
-}
-
-// The column whose text stands in a cell: its own, or one to the left from which it flows over; -1 for none.
-int FlexGridPainter::SourceOf(int row, int column) const {
-    if (column == grid_->model()->columnCount()) --column;
-    while (column >= 0 && Text(row, column).isEmpty())
-        --column;
-    return column;
-}
-
-// The room of a cell's text: the cell, and the empty ones behind it. Behind the last cell it goes on to the edge.
-int FlexGridPainter::FlowWidth(int row, int column) const {
-    const QHeaderView* header = grid_->horizontalHeader();
-    if (IsFigure(row, column)) return header->sectionSize(column);
-    const int columns = grid_->model()->columnCount();
-    int end = column + 1;
-    while (end < columns && Text(row, end).isEmpty())
-        ++end;
-    const int right =
-        end < columns ? header->sectionPosition(end) : std::max(header->length(), grid_->viewport()->width());
-    return right - header->sectionPosition(column);
-}
-
-QRect FlexGridPainter::FlowOf(int row, int column) const {
-    QRect flow = grid_->visualRect(grid_->model()->index(row, column));
-    // Column 0 may stand further to the right than its place; what flows out of it ends where it would.
-    flow.setRight(std::max(flow.right(), grid_->columnViewportPosition(column) + FlowWidth(row, column) - 1));
-    return flow;
-}
-
-void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& option, int row, int column) const {
-    const GridRowKind kind = Kind(row);
-    const QPalette& palette = option.palette;
-    const int source = SourceOf(row, column);
-    const bool flows = source >= 0 && source != column && !IsFigure(row, source);
-    // One text, one ground: what flows over its neighbours is selected all along.
-    const bool selected = option.state.testFlag(QStyle::State_Selected) || (flows && grid_->IsSelected(row, source));
-    const QPalette::ColorGroup group =
-        option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
-    QColor ground = palette.color(group, QPalette::Base);
-    if (selected)
-        ground = palette.color(group, QPalette::Highlight);
-    else if (kind == GridRowKind::Heading)
-        ground = ColorOf(ThemeColor::HeadingTint, palette);
-    else if (kind == GridRowKind::Choice && row % 2 != 0)
-        ground = Band(palette, group);
-    painter.save();
-    painter.setClipRect(option.rect, Qt::IntersectClip);
-    painter.fillRect(option.rect, ground);
-    if (kind == GridRowKind::Total) {
-        const QRect rule(option.rect.left(), option.rect.top(), option.rect.width(), 1);
-        painter.fillRect(rule, palette.color(group, QPalette::Text));
-    }
-    if (flows || (source >= 0 && source == column)) {
-        painter.setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
-        painter.setFont(FontOf(row));
-        QRect place = Inside(FlowOf(row, source));
-        const QString text = Text(row, source);
-        if (IsFigure(row, source)) {
-            const QFontMetrics metrics = painter.fontMetrics();
-            place.setWidth(std::min(place.width(), FigureWidth() - 2 * kSidePadding));
-            painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter,
-                             metrics.elidedText(text, Qt::ElideRight, place.width()));
-        } else {
-            const int alignment = grid_->model()->index(row, source).data(Qt::TextAlignmentRole).toInt();
-            DrawLines(painter, place, (alignment & Qt::AlignTop) != 0, text);
-        }
-    }
-    if (option.state.testFlag(QStyle::State_HasFocus)) {
-        painter.setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
-        painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
-    }
-    painter.restore();
-}
-
-int FlexGridPainter::RowLines(int row) const {
-    const QFont font = FontOf(row);
-    const QFontMetrics metrics(font);
-    int lines = 1;
-    for (int column = 0; column < grid_->model()->columnCount(); ++column) {
-        const QString text = Text(row, column);
-        if (text.isEmpty() || IsFigure(row, column)) continue;
-        const int width = FlowWidth(row, column) - 2 * kSidePadding;
-        lines = std::max(lines, LineCount(text, metrics, font, width, kMaxRowLines));
-    }
-    return std::min(lines, kMaxRowLines);
-}
-
-bool FlexGridPainter::helpEvent(QHelpEvent* event, QAbstractItemView*, const QStyleOptionViewItem&,
-                                const QModelIndex& index) {
-    if (event->type() != QEvent::ToolTip || !index.isValid()) return false;
-    QString tip;
-    if (const int source = SourceOf(index.row(), index.column()); source >= 0) {
-        const QString text = Text(index.row(), source);
-        const QFont font = FontOf(index.row());
-        const QRect flow = FlowOf(index.row(), source);
-        const int room = std::max(1, (flow.height() - 2 * kRowPadding) / QFontMetrics(font).lineSpacing());
-        if (LineCount(text, QFontMetrics(font), font, Inside(flow).width(), room) > room)
-            tip = Wrapped(text, QToolTip::font(), kTipWidth * QFontMetrics(QToolTip::font()).height(), kMaxTipLines)
-                      .join(u'\n');
-    }
-    QToolTip::showText(event->globalPos(), tip, grid_);
-    return true;
-}
-
-namespace {
-
-// The strip of the fixed row: the columns' edges, and the captions the model gives them, which flow like cells.
-class FlexGridStrip : public QHeaderView {
-  public:
-    explicit FlexGridStrip(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
-        setSectionsClickable(false);
-        setHighlightSections(false);
-        setMinimumSectionSize(kLeastColumnWidth);
-    }
-
-    QSize sizeHint() const override {
-        const int lines = Lines();
-        if (lines > 0) return {0, lines * fontMetrics().lineSpacing() + 4 * kRowPadding};
-        const double twips = model() ? model()->headerData(0, Qt::Vertical, kTwipsRole).toDouble() : 0;
-        return {0, std::max(kLeastStripHeight, static_cast<int>(std::lround(twips / TwipsPerPixel(this))))};
-    }
-
-    // Section 0 stands over column 0, which stays in sight.
-    bool firstFloats = false;
-
-  protected:
-    void paintEvent(QPaintEvent* event) override {
-        QHeaderView::paintEvent(event);
-        if (!firstFloats) return;
-        QPainter painter(viewport());
-        paintSection(&painter, QRect(0, 0, sectionSize(0), height()), 0);
-    }
-
-    void paintSection(QPainter* painter, const QRect& rect, int section) const override {
-        QStyleOptionHeaderV2 option;
-        initStyleOption(&option);
-        option.rect = rect;
-        option.section = section;
-        painter->save();
-        painter->setClipRect(rect, Qt::IntersectClip);
-        style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
-        int source = section;
-        while (source >= 0 && Caption(source).isEmpty())
-            --source;
-        if (source >= 0) {
-            const int left = source == section ? rect.left() : sectionViewportPosition(source);
-            const QRect place(left, 0, FlowWidth(source), height());
-            painter->setPen(palette().color(QPalette::ButtonText));
-            DrawLines(*painter, Inside(place), false, Caption(source));
-        }
-        painter->restore();
-    }
-
-    void mousePressEvent(QMouseEvent* event) override {
-        // What lies below the floating section is not what the hand sees.
-        if (!firstFloats || event->position().x() >= sectionSize(0)) QHeaderView::mousePressEvent(event);
-    }
-
-  private:
-    QString Caption(int section) const {
-        return OneLine(model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString());
-    }
-
-    int FlowWidth(int section) const {
-        int width = sectionSize(section);
-        for (int next = section + 1; next < count() && Caption(next).isEmpty(); ++next)
-            width += sectionSize(next);
-        return width;
-    }
-
-    int Lines() const {
-        int lines = 0;
-        for (int section = 0; section < count() && lines < kMaxStripLines; ++section)
-            if (const QString caption = Caption(section); !caption.isEmpty())
-                lines = std::max(lines, LineCount(caption, fontMetrics(), font(), FlowWidth(section) - 2 * kSidePadding,
-                                                  kMaxStripLines));
-        return std::min(lines, kMaxStripLines);
-    }
-};
 
 }  // namespace
 
 FlexGrid::FlexGrid(QWidget* parent) : QTableView(parent), painter_(new FlexGridPainter(this)) {
-    setHorizontalHeader(new FlexGridStrip(this));
+    setHorizontalHeader(new FlexGridStrip(kLeastColumnWidth, this));
     setItemDelegate(painter_);
     setShowGrid(false);
     setSelectionMode(ContiguousSelection);
@@ -388,7 +87,7 @@ QString FlexGrid::CurrentText() const {
 }
 
 int FlexGrid::BaseRowHeight() const {
-    return fontMetrics().lineSpacing() + 2 * kRowPadding;
+    return fontMetrics().lineSpacing() + 2 * kGridRowPadding;
 }
 
 int FlexGrid::ToldRowHeight(int row) const {
@@ -399,7 +98,7 @@ int FlexGrid::ToldRowHeight(int row) const {
 
 int FlexGrid::MeasuredRowHeight(int row) const {
     const int lines = painter_->RowLines(row);
-    return std::max(ToldRowHeight(row), lines * fontMetrics().lineSpacing() + 2 * kRowPadding);
+    return std::max(ToldRowHeight(row), lines * fontMetrics().lineSpacing() + 2 * kGridRowPadding);
 }
 
 void FlexGrid::RefreshSizes(bool measure) {
@@ -413,7 +112,7 @@ void FlexGrid::RefreshSizes(bool measure) {
             const bool figures = model()->headerData(column, Qt::Horizontal, kFigureRole).toBool();
             int least = figures ? painter_->FigureWidth() : kLeastColumnWidth;
             for (const QString& words : model()->headerData(column, Qt::Horizontal, kLeastTextRole).toStringList())
-                least = std::max(least, fontMetrics().horizontalAdvance(words) + 2 * kSidePadding);
+                least = std::max(least, fontMetrics().horizontalAdvance(words) + 2 * kGridSidePadding);
             const int width = std::max(least, static_cast<int>(std::lround(twips / perPixel)));
             if (columnWidth(column) != width) setColumnWidth(column, width);
         }
@@ -453,7 +152,7 @@ int FlexGrid::sizeHintForColumn(int column) const {
         if (rowViewportPosition(row) > viewport()->height()) break;
         const GridRowKind kind = painter_->Kind(row);
         if (kind != GridRowKind::Choice && kind != GridRowKind::Total) continue;
-        width = std::max(width, fontMetrics().horizontalAdvance(painter_->Text(row, column)) + 2 * kSidePadding);
+        width = std::max(width, fontMetrics().horizontalAdvance(painter_->Text(row, column)) + 2 * kGridSidePadding);
     }
     return width;
 }
