@@ -13,12 +13,17 @@ set_target_properties(quibra quibra-cli PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_
 set_target_properties(quibra_companion PROPERTIES
                       LIBRARY_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${bin_to_companion})
 # All symbols are resolved at the start, so that the table of their addresses can be made read-only.
-foreach(target IN ITEMS quibra quibra-cli quibra_companion)
+foreach(target IN ITEMS quibra quibra-cli quibra_companion quibra-plugin-host)
   target_link_options(${target} PRIVATE LINKER:-z,relro,-z,now)
 endforeach()
 install(TARGETS quibra quibra-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS quibra_companion LIBRARY DESTINATION ${companion_dir}
         PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+# What calls plug-ins lies beside it; plug-ins for all users have a folder next to that, and their makers a header.
+install(TARGETS quibra-plugin-host RUNTIME DESTINATION ${companion_dir})
+install(DIRECTORY DESTINATION ${CMAKE_INSTALL_LIBDIR}/quibra/plugins)
+install(FILES ${PROJECT_SOURCE_DIR}/src/companion/quibra_plugin.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quibra)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/PLUGINS.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(desktop_dir ${PROJECT_SOURCE_DIR}/data/desktop)
 set(hicolor_dir ${CMAKE_INSTALL_DATADIR}/icons/hicolor)

@@ -17,6 +17,8 @@
  *     elements wherever lines are passed. A line that names a question that does not exist is not met.
  *  7. 16-bit values travel in the low 16 bits of a 32-bit argument; the upper bits are ignored.
  *  8. Counts and list lengths are trusted: the caller passes no count above Anum.
+ *  9. CallExternDLL alone allocates, and runs a plug-in in a process of its own (quibra_plugin.h tells what that is and
+ *     how texts and lists are passed). Whatever the plug-in does, the caller's memory and process are safe from it.
  */
 #ifndef QUIBRA_COMPANION_QUIBRA_H
 #define QUIBRA_COMPANION_QUIBRA_H
@@ -67,6 +69,18 @@ QUIBRA_API int32_t lmDoC(const LimitLine* lines, const AnswerLayoutRec* layout, 
    elements; an answer above 127, which only damaged data hold, is not counted. */
 QUIBRA_API int32_t VerstTotalC(const LimitLine* lines, const AnswerLayoutRec* layout, int32_t sampleFlags,
                                const int16_t* bits, int32_t qno, int32_t* counts, int32_t rank);
+
+/* Calls the plug-in `name` with these arguments and gives its text, which the caller frees with free(). Each text is in
+   a buffer as told in quibra_plugin.h; what the plug-in has written is in the arguments afterwards.
+
+   A null pointer and errno when that fails, with all arguments as they were: EINVAL for a name that is none, ENOENT
+   when no plug-in folder has it, ENOEXEC when it can't be loaded or has no QuibraExternMain, ETIMEDOUT when it took
+   longer than QUIBRA_EXTERN_SECONDS, ECHILD when it crashed or left its process, EFAULT when it wrote past the end of a
+   buffer, EMSGSIZE for too long a result, EPROTO when what came back makes no sense, and what the system says when it
+   could not be started. */
+QUIBRA_API char* CallExternDLL(char* name, int32_t* window, char* title, int16_t question, int16_t question_count,
+                               int16_t answer, char** labels, int32_t id, int16_t* counts, int16_t* answers,
+                               char** essays);
 
 #ifdef __cplusplus
 }

@@ -3,6 +3,7 @@
 
 Run by CTest, which names the folders and tools in the environment.
 """
+import ctypes
 import gzip
 import json
 import os
@@ -49,7 +50,7 @@ class PackageTest(unittest.TestCase):
 
     def test_package_holds_the_installed_files_and_knows_what_it_needs(self):
         self.assertEqual(files_below(self.unpacked), files_below(self.installed))
-        for what in ("bin/quibra", "bin/quibra-cli", "share/quibra/samples/residents.qb", "share/doc/quibra/copyright"):
+        for what in ("include/quibra/quibra_plugin.h", "bin/quibra", "bin/quibra-cli", "share/quibra/samples/residents.qb", "share/doc/quibra/copyright"):
             self.assertIn(what, files_below(self.installed))
         needed = output_of("dpkg-deb", "-f", self.package, "Depends")
         for library in ("libqt6core6", "libqt6widgets6", "libqt6svg6", "libqt6dbus6", "qt6-translations-l10n"):
@@ -74,6 +75,24 @@ class PackageTest(unittest.TestCase):
             expected = output_of(BUILD / "bin/quibra-cli", *arguments, cwd=root)
             self.assertIn("243", expected)
             self.assertEqual(output_of(root / "bin/quibra-cli", *arguments, cwd=root), expected)
+
+    def test_plugin_made_with_the_installed_header_is_called(self):
+        [library] = self.unpacked.glob("lib/*/quibra/companion/libquibra.so")
+        plugins = self.folder / "data/quibra/plugins"
+        plugins.mkdir(parents=True)
+        source = re.search(r"```c\n(.*?)```", (self.unpacked / "share/doc/quibra/PLUGINS.md").read_text(), re.DOTALL)
+        output_of("cc", "-shared", "-fPIC", "-Wall", "-Wextra", "-Werror", "-I", self.unpacked / "include", "-x", "c", "-",
+                  "-o", plugins / "hello.so", input=source[1].encode())
+        quibra = ctypes.CDLL(str(library))
+        quibra.CallExternDLL.restype = ctypes.c_char_p
+        texts = [ctypes.create_string_buffer(text, 256) for text in (b"hello", b"Title", b"Q", b"", b"")]
+        name, title, label, *essays = (ctypes.cast(text, ctypes.c_char_p) for text in texts)
+        os.environ["XDG_DATA_HOME"] = str(self.folder / "data")
+        result = quibra.CallExternDLL(name, ctypes.byref(ctypes.c_int32()), title, 1, 1, 0,
+                                      (ctypes.c_char_p * 2)(label, None), 7, (ctypes.c_int16 * 2)(1, 0),
+                                      (ctypes.c_int16 * 2)(3, 0), (ctypes.c_char_p * 3)(*essays, None))
+        del os.environ["XDG_DATA_HOME"]
+        self.assertEqual(result, b"3")
 
     def test_program_opens_the_sample_and_its_help(self):
         page = self.folder / "page.qbp"
