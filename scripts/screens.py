@@ -40,6 +40,7 @@ SCREENS = [
     ("lock-open", ["quibra", SURVEY], ["alt+o", "p", "Return"]),
     ("lock-again", ["quibra", SURVEY], ["alt+o", "p", "Return", "Tab", "Tab", "q", "Return", "Return"]),
     ("condition-editor", ["quibra", SURVEY], ["alt+q", "l"]),
+    ("lines", ["quibra", SURVEY], ["alt+q", "p"]),
     ("total-setup", ["quibra", SURVEY], ["alt+q", "a"]),
     ("total-cross", ["quibra", SURVEY], CROSS),
     ("total-essays", ["quibra", SURVEY], ESSAYS),

@@ -24,7 +24,8 @@ bool IsBareName(const std::string& name) {
 // The folder in which this library lies; empty when nobody can tell.
 std::string OwnFolder() {
     Dl_info own{};
-    if (dladdr(reinterpret_cast<const void*>(&CallExternDLL), &own) == 0 || own.dli_fname == nullptr) return {};
+    // Not by CallExternDLL, whose name another copy of the library may have taken.
+    if (dladdr(reinterpret_cast<const void*>(&IsBareName), &own) == 0 || own.dli_fname == nullptr) return {};
     char* real = realpath(own.dli_fname, nullptr);
     if (real == nullptr) return {};
     std::string path = real;

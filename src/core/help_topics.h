@@ -16,6 +16,7 @@ enum HelpTopic {
     kHelpProgress = 160,
     kHelpEntry = 300,
     kHelpCollect = 310,
+    kHelpLines = 320,
     kHelpLimit = 400,
     kHelpTotal = 500,
     kHelpResult = 510,

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <random>
 
+#include "companion/companion_folder.h"
 #include "companion/extern_message.h"
 #include "companion/quibra.h"
 #include "companion/quibra_plugin.h"
@@ -98,7 +99,7 @@ TEST(ExternCall, PluginOfTheUserGoesBeforeTheInstalledOne) {
     namespace fs = std::filesystem;
     const fs::path home = fs::temp_directory_path() / ("quibra-plugins-" + std::to_string(getpid()));
     fs::create_directories(home / "quibra/plugins");
-    fs::copy_file(fs::path(QUIBRA_BIN_DIR) / "../plugins/LongResult.so", home / "quibra/plugins/answers.so");
+    fs::copy_file(CompanionFolder() / "../plugins/LongResult.so", home / "quibra/plugins/answers.so");
     setenv("XDG_DATA_HOME", home.c_str(), 1);
     Arguments call("answers");
     call.Call();

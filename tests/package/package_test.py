@@ -77,7 +77,7 @@ class PackageTest(unittest.TestCase):
             self.assertEqual(output_of(root / "bin/quibra-cli", *arguments, cwd=root), expected)
 
     def test_plugin_made_with_the_installed_header_is_called(self):
-        [library] = self.unpacked.glob("lib/*/quibra/companion/libquibra.so")
+        [library] = self.unpacked.glob("**/quibra/companion/libquibra.so")
         plugins = self.folder / "data/quibra/plugins"
         plugins.mkdir(parents=True)
         source = re.search(r"```c\n(.*?)```", (self.unpacked / "share/doc/quibra/PLUGINS.md").read_text(), re.DOTALL)

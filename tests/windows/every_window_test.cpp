@@ -19,6 +19,8 @@
 #include "apps/quibra/frm_title.h"
 #include "conditions/windows/frm_limit.h"
 #include "core/help_topics.h"
+#include "entry/plugin_caller.h"
+#include "entry/windows/frm_paragraph.h"
 #include "session/survey_file.h"
 #include "session/windows/frm_key.h"
 #include "session/windows/frm_other.h"
@@ -49,6 +51,7 @@ const QList<QStringList> kShared = {
     {u"lblList 検索する語(&S)"_s, u"cmdDo 検索開始(&S)"_s},
     {u"cmdChangeLimit 変更(&R)"_s, u"chkRough 荒く集計(&R)"_s},
     {u"optCon_1 記述/数量/コードがあるもの(&E)"_s, u"optCon_2 記述(&E)"_s},
+    {u"lblInsert 質問を選んで (&S)"_s, u"lblRemove ■を選んで (&S)"_s},
     {u"optCon_3 数量(&N)"_s, u"cmdTotal_3 新規作成(&N)"_s},
 };
 
@@ -201,6 +204,8 @@ TEST_P(EveryWindow, OverASurveyServesEveryone) {
     CheckNew<FrmKey>(session, nullptr);
     session.Unlock();
     CheckNew<FrmLimit>(session);
+    PluginCaller caller(session.ui, QString());
+    CheckNew<FrmParagraph>(session, caller);
     CheckNew<FrmLimit>(session, LimitList(), qint16{0});
     CheckNew<FrmGraph>(session, results);
     for (const int kind : {1, 2}) {

@@ -32,6 +32,8 @@ Verb SetVerb();
 Verb SheetVerb();
 Verb ParseVerb();
 Verb CheckVerb();
+// Lines of the answer sheet.
+Verb LinesVerb();
 // Results.
 Verb TotalVerb();
 Verb EssaysVerb();

@@ -1,22 +1,13 @@
 #include "apps/quibra/command_channel.h"
 
 #include <QDBusConnection>
-#include <QFileInfo>
 #include <QTimer>
+
+#include "core/session_bus.h"
 
 using namespace Qt::StringLiterals;
 
 namespace quibra {
-
-namespace {
-
-// Asking for a bus where there is none would start one.
-bool HasSessionBus() {
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-           QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s);
-}
-
-}  // namespace
 
 CommandChannel::CommandChannel(std::function<void(const QString&)> run, QObject* parent)
     : QObject(parent), run_(std::move(run)) {}

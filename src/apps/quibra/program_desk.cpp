@@ -4,6 +4,7 @@
 #include "conditions/windows/frm_limit.h"
 #include "core/attempt.h"
 #include "entry/windows/frm_collect.h"
+#include "entry/windows/frm_paragraph.h"
 #include "session/survey_session.h"
 #include "session/windows/frm_key.h"
 #include "session/windows/frm_other.h"
@@ -17,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 ProgramDesk::ProgramDesk(SurveySession& session, QWidget& main)
-    : session_(session), main_(main), results_(session, *this) {
+    : session_(session), main_(main), caller_(session.ui, ExternConsentPath()), results_(session, *this) {
     QObject::connect(&session_, &SurveySession::StateChanged, &main_, [this] { CloseForbidden(); });
 }
 
@@ -32,6 +33,16 @@ void ProgramDesk::ShowCollect() {
     if (!EditCorrectFlags(session_.ui, &main_, flags) || flags == session_.survey.CorrectFlags) return;
     session_.survey.CorrectFlags = flags;
     session_.ChangedOn();
+}
+
+void ProgramDesk::ShowLines() {
+    if (!lines_) {
+        caller_.SetWindow(static_cast<qint32>(main_.winId()));
+        lines_ = new FrmParagraph(session_, caller_, &main_);
+        lines_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    lines_->show();
+    lines_->activateWindow();
 }
 
 // A window stands open only while the lock leaves its command on.

@@ -4,6 +4,7 @@
 
 #include <QPointer>
 
+#include "entry/plugin_caller.h"
 #include "tabulation/windows/sheet_host.h"
 #include "ui/desk.h"
 
@@ -11,6 +12,7 @@ namespace quibra {
 
 class FrmGraph;
 class FrmLimit;
+class FrmParagraph;
 class FrmTotal;
 class SurveySession;
 
@@ -22,6 +24,7 @@ class ProgramDesk : public Desk {
 
     // What the menu items of the main window open; window_table.h names the item of each.
     void ShowCollect();
+    void ShowLines();
     void ShowSlotEditor();
     void ShowTotal();
     void ShowLock();
@@ -52,10 +55,12 @@ class ProgramDesk : public Desk {
 
     SurveySession& session_;
     QWidget& main_;
+    PluginCaller caller_;
     ResultWindows results_;
     QPointer<FrmTotal> total_;
     QPointer<FrmGraph> graph_;
     QPointer<FrmLimit> slotEditor_;
+    QPointer<FrmParagraph> lines_;
 };
 
 }  // namespace quibra

@@ -19,7 +19,7 @@ std::span<const WindowRow> WindowTable() {
         {u"mnuQuestions"_s, nullptr},
         {u"mnuAbout"_s, nullptr},
         {u"mnuInput"_s, nullptr},
-        {u"mnuSetParagraph"_s, nullptr},
+        {u"mnuSetParagraph"_s, &ProgramDesk::ShowLines},
         {u"mnuSetQuota"_s, nullptr},
         {u"mnuSetCollection"_s, &ProgramDesk::ShowCollect},
         {u"mnuSetLimit"_s, &ProgramDesk::ShowSlotEditor},
