@@ -32,6 +32,8 @@ Verb SetVerb();
 Verb SheetVerb();
 Verb ParseVerb();
 Verb CheckVerb();
+// A sample in words.
+Verb ShowVerb();
 // Lines of the answer sheet.
 Verb LinesVerb();
 // Results.
