@@ -7,6 +7,7 @@
 #include "entry/answer_scan.h"
 #include "entry/sheet_parser.h"
 #include "entry/sheet_text.h"
+#include "entry_survey.h"
 #include "silent_interface.h"
 #include "synthetic_survey.h"
 
@@ -59,33 +60,8 @@ void CheckScanned(benchmark::State& state) {
 BENCHMARK(CheckScanned)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 // 255 questions of four answers, each with a text.
-Survey FullSheet() {
-    Survey survey;
-    NewSurveyHead(survey, QString());
-    NewSurveyBody(survey);
-    survey.QuestionCount = 255;
-    for (int q = 0; q < survey.QuestionCount; ++q) {
-        survey.Questions[q].SetText(u"質問%1\r\r\r"_s.arg(q + 1));
-        survey.Questions[q].Anum = 4;
-        survey.Questions[q].ChoiceCount = 6;
-        for (int c = 1; c < 6; ++c)
-            survey.Choices(c, q).Status = 1;
-        survey.LineStart[q] = PackPosition(q, 0);
-    }
-    survey.LineStart[255] = survey.LineStart[256] = PackPosition(255, 0);
-    RecalcLayout(survey);
-    survey.Samples.SetLayout(survey.SampleBytes, survey.EssaySlots);
-    survey.Samples.Insert(0, 1);
-    for (int q = 0; q < survey.QuestionCount; ++q) {
-        const std::array<qint16, 4> answers = {1, 2, 3, 4};
-        const std::array<QString, 4> texts = {u"自由に書いた回答"_s, u"もう一つ"_s, u"三つめ"_s, u"これで終わり"_s};
-        SetAnswersEssay(survey, 0, q, 4, answers.data(), texts.data());
-    }
-    return survey;
-}
-
 void ParseAndBuildFullSheet(benchmark::State& state) {
-    Survey survey = FullSheet();
+    Survey survey = MakeEntrySurvey(255, 4, 1);
     SilentInterface ui;
     CodeTables tables;
     const SheetLook look = SheetLookOf(SettingsDefault());

@@ -19,6 +19,8 @@ namespace quibra {
 
 // What loading and saving a large survey costs in the main window.
 void MeasureFiles();
+// What a key costs in the window of entry, and what it costs to come and go among many samples.
+void MeasureEntryWindow();
 // What a large total and a large grid cost in the result window.
 void MeasureResultWindow();
 // What drawing the largest chart costs.

@@ -8,6 +8,7 @@ int main(int argc, char** argv) {
     quibra::Application application(argc, argv);
     quibra::SetUpApplication(application);
     quibra::MeasureFiles();
+    quibra::MeasureEntryWindow();
     quibra::MeasureResultWindow();
     quibra::MeasureChart();
     return 0;

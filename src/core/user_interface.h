@@ -68,6 +68,8 @@ class UserInterface {
     virtual void Busy(bool on) = 0;
     virtual void LetEventsRun() = 0;
     virtual void HelpContext(int topic) = 0;
+    // The help where a word is looked up; its contents where it can't be searched.
+    virtual void HelpSearch() { HelpContext(0); }
 
     static QString DefaultTitle();
 

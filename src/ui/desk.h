@@ -14,6 +14,8 @@ class Desk {
   public:
     virtual ~Desk() = default;
 
+    // Searching for samples, in front.
+    virtual void ShowSearch() = 0;
     // Keying in, made where it isn't open, in front.
     virtual void ShowEntry() = 0;
     // The import under way, in front; nothing where there is none.

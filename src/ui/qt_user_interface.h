@@ -38,7 +38,7 @@ class QtUserInterface : public UserInterface {
     void LetEventsRun() override;
     void HelpContext(int topic) override;
     void HelpIndex();
-    void HelpSearch();
+    void HelpSearch() override;
 
   private:
     class Question;  // while one lives, the pointer is not the busy one

@@ -20,6 +20,8 @@
 #include "conditions/windows/frm_limit.h"
 #include "core/help_topics.h"
 #include "entry/plugin_caller.h"
+#include "entry/windows/frm_add_data.h"
+#include "entry/windows/frm_collect.h"
 #include "entry/windows/frm_paragraph.h"
 #include "session/survey_file.h"
 #include "session/windows/frm_key.h"
@@ -206,6 +208,8 @@ TEST_P(EveryWindow, OverASurveyServesEveryone) {
     CheckNew<FrmLimit>(session);
     PluginCaller caller(session.ui, QString());
     CheckNew<FrmParagraph>(session, caller);
+    CheckNew<FrmCollect>(user, qint16{15}, nullptr);
+    CheckNew<FrmAddData>(session, caller, desk);
     CheckNew<FrmLimit>(session, LimitList(), qint16{0});
     CheckNew<FrmGraph>(session, results);
     for (const int kind : {1, 2}) {

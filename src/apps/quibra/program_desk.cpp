@@ -3,6 +3,7 @@
 #include "apps/quibra/frm_title.h"
 #include "conditions/windows/frm_limit.h"
 #include "core/attempt.h"
+#include "entry/windows/frm_add_data.h"
 #include "entry/windows/frm_collect.h"
 #include "entry/windows/frm_paragraph.h"
 #include "session/survey_session.h"
@@ -92,6 +93,7 @@ void ProgramDesk::TotalAnew() {
 }
 
 void ProgramDesk::ShowLock() {
+    if (entry_ && !entry_->close()) return;
     // What can change the survey gives way before it may be locked.
     CloseSlotEditor();
     FrmKey(session_, &main_).exec();
@@ -125,8 +127,17 @@ void ProgramDesk::CloseAll() {
     WindowsCloseAll(nullptr);
 }
 
-void ProgramDesk::ShowEntry() {
+void ProgramDesk::ShowSearch() {
     TellAbsent();
+}
+
+void ProgramDesk::ShowEntry() {
+    if (!entry_) {
+        entry_ = new FrmAddData(session_, caller_, *this, &main_);
+        entry_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    entry_->show();
+    entry_->activateWindow();
 }
 
 void ProgramDesk::ShowImport() {}

@@ -10,6 +10,7 @@
 
 namespace quibra {
 
+class FrmAddData;
 class FrmGraph;
 class FrmLimit;
 class FrmParagraph;
@@ -37,6 +38,7 @@ class ProgramDesk : public Desk {
     void CloseAll();
 
     // Desk
+    void ShowSearch() override;
     void ShowEntry() override;
     void ShowImport() override;
     void ShowSample(qint32 dno, int endQno) override;
@@ -61,6 +63,7 @@ class ProgramDesk : public Desk {
     QPointer<FrmGraph> graph_;
     QPointer<FrmLimit> slotEditor_;
     QPointer<FrmParagraph> lines_;
+    QPointer<FrmAddData> entry_;
 };
 
 }  // namespace quibra

@@ -18,7 +18,7 @@ std::span<const WindowRow> WindowTable() {
         {u"mnuSetQuestion"_s, nullptr},
         {u"mnuQuestions"_s, nullptr},
         {u"mnuAbout"_s, nullptr},
-        {u"mnuInput"_s, nullptr},
+        {u"mnuInput"_s, &ProgramDesk::ShowEntry},
         {u"mnuSetParagraph"_s, &ProgramDesk::ShowLines},
         {u"mnuSetQuota"_s, nullptr},
         {u"mnuSetCollection"_s, &ProgramDesk::ShowCollect},

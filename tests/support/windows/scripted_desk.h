@@ -15,6 +15,7 @@ class ScriptedDesk : public Desk {
 
     QStringList TakeAsked() { return std::exchange(asked, {}); }
 
+    void ShowSearch() override { asked += QStringLiteral("search"); }
     void ShowEntry() override { asked += QStringLiteral("entry"); }
     void ShowImport() override { asked += QStringLiteral("import"); }
     void ShowSample(qint32 dno, int endQno) override {
