@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 
 #include "support/scripted_interface.h"
+#include "support/windows/form_driver.h"
 #include "support/windows/when_asked.h"
 
 using namespace Qt::StringLiterals;
@@ -20,10 +21,9 @@ TEST(FrmCollect, ShowsAndSetsTheFlags) {
                     return window.findChild<QAbstractButton*>(options[i].arg(flags >> i & 1));
                 };
                 EXPECT_TRUE(option(given)->isChecked()) << given << ' ' << i;
-                // On the circle; the text is short of the middle.
-                QTest::mouseClick(option(wanted), Qt::LeftButton, {}, QPoint(8, option(wanted)->height() / 2));
+                Mark(&window, options[i].arg(wanted >> i & 1));
             }
-            QTest::mouseClick(window.findChild<QAbstractButton*>(button), Qt::LeftButton);
+            Press(&window, button);
         };
         auto flags = static_cast<qint16>(given);
         WhenAsked([&](QWidget& window) { act(window, u"cmdCancel"_s); }, "quibra::FrmCollect");

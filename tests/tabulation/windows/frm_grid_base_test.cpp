@@ -25,6 +25,7 @@
 #include "support/scripted_interface.h"
 #include "support/survey_builder.h"
 #include "support/survey_bytes.h"
+#include "support/windows/form_driver.h"
 #include "support/windows/scripted_desk.h"
 #include "tabulation/html_result.h"
 #include "tabulation/windows/sheet_host.h"
@@ -78,11 +79,7 @@ class FrmGridBaseTest : public testing::Test {
         return form->findChild<T*>(QString::fromLatin1(name));
     }
     FlexGrid* Grid() { return Find<FlexGrid>("Grid"); }
-    void Trigger(const char* name) {
-        auto* item = Find<QAction>(name);
-        ASSERT_TRUE(item && item->isVisible() && item->isEnabled()) << name;
-        item->trigger();
-    }
+    void Trigger(const char* name) { quibra::Trigger(form, QString::fromLatin1(name)); }
     // The cells of a row as the grid shows them.
     QString Row(int row) {
         QStringList cells;

@@ -16,6 +16,7 @@
 #include "session/survey_file.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/windows/form_driver.h"
 #include "support/windows/scripted_desk.h"
 #include "tree_paths.h"
 #include "ui/accessibility.h"
@@ -27,23 +28,11 @@ namespace {
 
 enum Question { kSex = 0, kCommute = 5, kPriority = 26 };
 
-// A control that a person can see and use.
-template <typename T>
-T* Usable(QWidget* window, const QString& name) {
-    T* control = window->findChild<T*>(name);
-    EXPECT_TRUE(control && control->isVisible() && control->isEnabled()) << name.toStdString();
-    return control;
-}
-
 QStringList Texts(const QListWidget* list) {
     QStringList texts;
     for (int i = 0; i < list->count(); ++i)
         texts += list->item(i)->text();
     return texts;
-}
-
-void Press(QWidget* window, const QString& name) {
-    QTest::mouseClick(Usable<QPushButton>(window, name), Qt::LeftButton);
 }
 
 void ClickRow(QWidget* window, const QString& name, int row, bool twice = false) {

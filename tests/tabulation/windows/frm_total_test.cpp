@@ -26,6 +26,7 @@
 #include "session/survey_session.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/windows/form_driver.h"
 #include "support/windows/scripted_desk.h"
 #include "support/windows/when_asked.h"
 #include "tree_paths.h"
@@ -65,19 +66,12 @@ class FrmTotalTest : public testing::Test {
         delete form;
     }
 
-    // A control as a person finds it: enabled and in sight.
     template <typename T>
     T* Control(const char* name) {
-        T* control = form->findChild<T*>(QString::fromLatin1(name));
-        EXPECT_TRUE(control && control->isVisible() && control->isEnabled()) << name;
-        return control;
+        return Usable<T>(form, QString::fromLatin1(name));
     }
-    void Press(const char* name) { QTest::mouseClick(Control<QAbstractButton>(name), Qt::LeftButton); }
-    // A radio button's or check box's own area ends with its text.
-    void Mark(const char* name) {
-        auto* button = Control<QAbstractButton>(name);
-        QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
-    }
+    void Press(const char* name) { quibra::Press(form, QString::fromLatin1(name)); }
+    void Mark(const char* name) { quibra::Mark(form, QString::fromLatin1(name)); }
     void Choose(const char* name, int row) { Choose(Control<QComboBox>(name), row); }
     static void Choose(QComboBox* box, int row) {
         QTest::keyClick(box, Qt::Key_Home);

@@ -23,6 +23,7 @@
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/survey_builder.h"
+#include "support/windows/form_driver.h"
 #include "tree_paths.h"
 #include "ui/accessibility.h"
 #include "ui/form.h"
@@ -64,12 +65,8 @@ class MainWindow : public testing::Test {
         return Path(name);
     }
 
-    QToolButton* Button(const QString& name) {
-        auto* button = window->findChild<QToolButton*>(name);
-        EXPECT_TRUE(button && button->isVisible() && button->isEnabled()) << name.toStdString();
-        return button;
-    }
-    void Click(const QString& name) { QTest::mouseClick(Button(name), Qt::LeftButton); }
+    QToolButton* Button(const QString& name) { return Usable<QToolButton>(window.get(), name); }
+    void Click(const QString& name) { Press(window.get(), name); }
     // The menu that Alt and `key` bring up.
     QMenu* PopUp(Qt::Key key) {
         window->activateWindow();

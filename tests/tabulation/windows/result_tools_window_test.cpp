@@ -20,6 +20,7 @@
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/survey_bytes.h"
+#include "support/windows/form_driver.h"
 #include "support/windows/scripted_desk.h"
 #include "support/windows/when_asked.h"
 #include "tabulation/windows/frm_graph.h"
@@ -72,9 +73,7 @@ class ResultTools : public testing::Test {
     }
     FlexGrid* Grid() { return Find<FlexGrid>("Grid"); }
     void Trigger(const char* name, QWidget* of = nullptr) {
-        auto* item = Find<QAction>(name, of);
-        ASSERT_TRUE(item && item->isVisible() && item->isEnabled()) << name;
-        item->trigger();
+        quibra::Trigger(of ? of : form, QString::fromLatin1(name));
     }
     QString Cell(int column, int row) { return Grid()->model()->index(row, column).data().toString(); }
     int Columns() { return Grid()->model()->columnCount(); }

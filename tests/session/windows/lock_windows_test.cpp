@@ -13,6 +13,7 @@
 #include "session/windows/frm_other.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
+#include "support/windows/form_driver.h"
 #include "support/windows/when_asked.h"
 
 using namespace Qt::StringLiterals;
@@ -30,14 +31,6 @@ const QString kChanged = Told(u"合っています。パスワードを変更し
 const QString kTooLong = Told(u"パスワードの字数が多すぎます（半角英文字32字以内でなければいけません）"_s);
 const QString kWrongWord = Told(u"パスワードが間違っています"_s);
 const QString kNotVerified = Told(u"パスワードが正しくありません"_s);
-
-// A control as a person finds it.
-template <typename T>
-T* Usable(const QWidget& window, const QString& name) {
-    T* control = window.findChild<T*>(name);
-    EXPECT_TRUE(control && control->isVisible() && control->isEnabled()) << qPrintable(name);
-    return control;
-}
 
 class LockWindows : public testing::Test {
   protected:
@@ -65,9 +58,9 @@ class LockWindows : public testing::Test {
         return frames.join(u' ');
     }
     QString Focused() { return window->focusWidget()->objectName(); }
-    void Click(const QString& name) { QTest::mouseClick(Usable<QPushButton>(*window, name), Qt::LeftButton); }
+    void Click(const QString& name) { Press(window.get(), name); }
     void Type(const QString& box, const QString& word, bool enter = true) {
-        auto* line = Usable<QLineEdit>(*window, box);
+        auto* line = Usable<QLineEdit>(window.get(), box);
         line->setFocus();
         QTest::keyClicks(line, word);
         if (enter) QTest::keyClick(line, Qt::Key_Return);
@@ -101,12 +94,12 @@ class LockWindows : public testing::Test {
 
 TEST_F(LockWindows, EachBoxTakesSmallLettersAndRefusesInItsOwnWords) {
     Open(true);
-    ExpectLettersOnly(Usable<QLineEdit>(*window, u"Word"_s), u"パスワードはすべて半角英６文字です"_s);
+    ExpectLettersOnly(Usable<QLineEdit>(window.get(), u"Word"_s), u"パスワードはすべて半角英６文字です"_s);
     Open(false);
-    ExpectLettersOnly(Usable<QLineEdit>(*window, u"NewWord"_s), u"パスワードはすべて半角英文字です"_s);
+    ExpectLettersOnly(Usable<QLineEdit>(window.get(), u"NewWord"_s), u"パスワードはすべて半角英文字です"_s);
     WhenAsked([this](QWidget& other) {
         EXPECT_EQ(other.windowTitle(), u"パスワード照合"_s);
-        ExpectLettersOnly(Usable<QLineEdit>(other, u"Text"_s), u"助言を参照せよ"_s);
+        ExpectLettersOnly(Usable<QLineEdit>(&other, u"Text"_s), u"助言を参照せよ"_s);
         QTest::keyClick(other.focusWidget(), Qt::Key_Escape);
     });
     EXPECT_EQ(AskPassword(user, nullptr), std::nullopt);
@@ -123,12 +116,12 @@ TEST_F(LockWindows, LevelsTurnOffWhatTheyForbidOnceLocked) {
         Open(false, u"abc"_s, (expected.level + 1) % 3);
         EXPECT_EQ(Frames(), u"LockF ChangeF"_s);
         EXPECT_EQ(Focused(), u"LV_%1"_s.arg((expected.level + 1) % 3));
-        EXPECT_TRUE(Usable<QPushButton>(*window, u"Lock"_s)->isDefault());
-        auto* level = Usable<QRadioButton>(*window, u"LV_%1"_s.arg(expected.level));
+        EXPECT_TRUE(Usable<QPushButton>(window.get(), u"Lock"_s)->isDefault());
+        const QString level = u"LV_%1"_s.arg(expected.level);
         if (expected.level == 1)
-            level->toggle();  // as a screen reader does
+            Usable<QRadioButton>(window.get(), level)->toggle();  // as a screen reader does
         else
-            QTest::mouseClick(level, Qt::LeftButton, {}, QPoint(8, level->height() / 2));
+            Mark(window.get(), level);
         EXPECT_EQ(session.survey.LockLevel, expected.level);
         EXPECT_TRUE(session.IsChanged());
         EXPECT_TRUE(window->isVisible());
@@ -155,7 +148,7 @@ TEST_F(LockWindows, UnlocksWithTheExactWord) {
     EXPECT_EQ(Focused(), u"Word"_s);
     Type(u"Word"_s, u"abcd"_s);
     EXPECT_EQ(user.TakeTranscript(), QStringList{kWrongWord});
-    EXPECT_EQ(Usable<QLineEdit>(*window, u"Word"_s)->text(), QString());
+    EXPECT_EQ(Usable<QLineEdit>(window.get(), u"Word"_s)->text(), QString());
     Click(u"Unlock"_s);
     EXPECT_EQ(user.TakeTranscript(), QStringList{kWrongWord});
     EXPECT_EQ(Frames(), u"UnlockF"_s);
@@ -196,12 +189,12 @@ TEST_F(LockWindows, ANewPasswordIsEnteredTwice) {
                 QTest::keyClick(other.focusWidget(), expected.again ? Qt::Key_Return : Qt::Key_Escape);
             });
             Type(u"NewWord"_s, expected.word, byEnter);
-            EXPECT_TRUE(Usable<QPushButton>(*window, u"ChangeKey"_s)->isDefault());
+            EXPECT_TRUE(Usable<QPushButton>(window.get(), u"ChangeKey"_s)->isDefault());
             if (!byEnter) Click(u"ChangeKey"_s);
             EXPECT_EQ(session.survey.Password, expected.password);
             EXPECT_EQ(session.IsChanged(), expected.told.contains(kChanged));
             EXPECT_EQ(user.TakeTranscript(), expected.told);
-            EXPECT_EQ(Usable<QLineEdit>(*window, u"NewWord"_s)->text(), QString());
+            EXPECT_EQ(Usable<QLineEdit>(window.get(), u"NewWord"_s)->text(), QString());
         }
     }
     Open(false);
@@ -209,7 +202,7 @@ TEST_F(LockWindows, ANewPasswordIsEnteredTwice) {
     EXPECT_EQ(user.TakeTranscript(), QStringList{kTooLong});
     EXPECT_EQ(session.survey.Password, u"abc"_s);
     EXPECT_FALSE(session.IsChanged());
-    EXPECT_EQ(Usable<QLineEdit>(*window, u"NewWord"_s)->text(), longest + u'q');
+    EXPECT_EQ(Usable<QLineEdit>(window.get(), u"NewWord"_s)->text(), longest + u'q');
 }
 
 TEST_F(LockWindows, AnotherWindowAsksForThePassword) {
