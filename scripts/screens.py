@@ -48,7 +48,7 @@ SCREENS = [
     ("result-cross", ["quibra", SURVEY], [*CROSS, "alt+n", RESULT_SIZE]),
     ("result-sorted", ["quibra", SURVEY], [*CROSS, "alt+n", "alt+e", "s", "alt+e", *["Down"] * 7, "Return"]),
     ("result-essays", ["quibra", SURVEY], [*ESSAYS, "Return", "alt+i", "r", "space", "Return", RESULT_SIZE]),
-    ("result-words", ["quibra", SURVEY], [*ESSAYS, "Return", "alt+e", "t", RESULT_SIZE]),
+    ("result-words", ["quibra", SURVEY], [*ESSAYS, "Return", "alt+e", "t", "t", "Return", RESULT_SIZE]),
     ("search-words", ["quibra", SURVEY], [*ESSAYS, "Return", "alt+e", "d"]),
     ("chart", ["quibra", SURVEY], [*CROSS, "alt+n", "Down", "Down", "Down", "alt+e", "r"]),
     ("chart-stacked", ["quibra", SURVEY], [*CROSS, "alt+n", "Down", "Down", "Down", "alt+e", "r", "ctrl+0"]),

@@ -11,7 +11,6 @@
 #include <array>
 
 #include "core/attempt.h"
-#include "core/binary_file.h"
 #include "core/help_topics.h"
 #include "session/survey_session.h"
 #include "tabulation/windows/frm_grid_base.h"
@@ -84,7 +83,8 @@ void FrmGraph::mnuCopy_Click() {
 
 void FrmGraph::mnuSave_Click() {
     const QString path =
-        session_.ui.FileBox(QString(), u"SVG 画像(*.svg)|*.svg|PNG 画像(*.png)|*.png|PDF 文書(*.pdf)|*.pdf|"_s, true);
+        session_.ui.FileBox(windows_.ProposedPath(u"-グラフ.svg"_s),
+                            u"SVG 画像(*.svg)|*.svg|PNG 画像(*.png)|*.png|PDF 文書(*.pdf)|*.pdf|"_s, true);
     if (path.isEmpty()) return;
     Attempt(session_.ui, [&] {
         WriteChartFile(path, {ui_->Graph->Table(), ui_->Graph->Style(), font(), ui_->Graph->size()});

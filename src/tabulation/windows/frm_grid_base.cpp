@@ -2,7 +2,6 @@
 
 #include <QCloseEvent>
 #include <QDeadlineTimer>
-#include <QFileInfo>
 #include <QFontInfo>
 #include <QScopeGuard>
 #include <QThread>
@@ -14,7 +13,6 @@
 #include "core/labels.h"
 #include "core/numbers.h"
 #include "core/typed_number.h"
-#include "core/whole_file.h"
 #include "session/survey_session.h"
 #include "tabulation/html_result.h"
 #include "tabulation/text_result.h"
@@ -148,12 +146,6 @@ void FrmGridBase::mnuCopy_Click() {
     Attempt(session_.ui, [this] { CopySelection(); });
 }
 
-// Beside the survey, by its name.
-QString FrmGridBase::ProposedPath(const QString& suffix) const {
-    const QFileInfo survey(session_.survey.FileName);
-    return survey.path() + u'/' + survey.completeBaseName() + u"-集計"_s + suffix;
-}
-
 void FrmGridBase::TellWritten(const QString& path, const QString& fault) {
     if (fault.isEmpty()) {
         const QString told = path + u" に保存しました。"_s;
@@ -166,7 +158,8 @@ void FrmGridBase::TellWritten(const QString& path, const QString& fault) {
 }
 
 void FrmGridBase::mnuTextSave_Click() {
-    const QString path = session_.ui.FileBox(ProposedPath(u".txt"_s), u"全てのファイル(*.*)|*.*|"_s, true);
+    const QString path =
+        session_.ui.FileBox(windows_.ProposedPath(u"-集計.txt"_s), u"全てのファイル(*.*)|*.*|"_s, true);
     if (path.isEmpty()) return;
     // The blank columns between limits are not written.
     const bool spaced = ui_->mnuSpace->isVisible() && ui_->mnuSpace->isChecked();
@@ -178,8 +171,8 @@ void FrmGridBase::mnuTextSave_Click() {
 }
 
 void FrmGridBase::mnuHTMLSave_Click() {
-    const QString path =
-        session_.ui.FileBox(ProposedPath(u".htm"_s), u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
+    const QString path = session_.ui.FileBox(windows_.ProposedPath(u"-集計.htm"_s),
+                                             u"HTMLファイル(*.htm)|*.htm|HTMLファイル(*.html)|*.html|"_s, true);
     if (path.isEmpty()) return;
     TellWritten(path, WriteResult(path, [this] {
                     return WriteHtml(session_.survey, sheet_.result, sheet_.view, sheet_.grid);

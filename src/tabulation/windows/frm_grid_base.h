@@ -68,7 +68,6 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
 
     void TotalFrom(qint32 dno);
     void RunTotal();
-    QString ProposedPath(const QString& suffix) const;
     void TellWritten(const QString& path, const QString& fault);
     void TotalAgain();
     void RefreshLocked();

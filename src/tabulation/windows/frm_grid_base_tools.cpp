@@ -1,5 +1,6 @@
 // What a result window does with a result that stands: counting and searching texts, charts, pages, printing.
 #include <QClipboard>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QPrinter>
@@ -146,7 +147,7 @@ void FrmGridBase::SendChart() {
 }
 
 void FrmGridBase::mnuPageSave_Click() {
-    const QString path = session_.ui.FileBox(QString(), kPageFilter, true);
+    const QString path = session_.ui.FileBox(windows_.ProposedPath(u"-集計.qbp"_s), kPageFilter, true);
     if (path.isEmpty()) return;
     const QString fault = WriteResult(
         path, [this] { return WritePage(session_.survey, sheet_, session_.survey.FileName, windowTitle()); });
@@ -156,7 +157,7 @@ void FrmGridBase::mnuPageSave_Click() {
 }
 
 void FrmGridBase::mnuPageLoad_Click() {
-    const QString path = session_.ui.FileBox(QString(), kPageFilter, false);
+    const QString path = session_.ui.FileBox(QFileInfo(session_.survey.FileName).path() + u'/', kPageFilter, false);
     if (!path.isEmpty()) PageLoad(path);
 }
 

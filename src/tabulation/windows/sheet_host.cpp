@@ -1,5 +1,6 @@
 #include "tabulation/windows/sheet_host.h"
 
+#include <QFileInfo>
 #include <QScreen>
 #include <QStyle>
 #include <algorithm>
@@ -74,6 +75,11 @@ void ResultWindows::AddHost(SheetHost& host) {
 
 void ResultWindows::RemoveHost(SheetHost& host) {
     std::erase(hosts_, &host);
+}
+
+QString ResultWindows::ProposedPath(const QString& ending) const {
+    const QFileInfo survey(session_.survey.FileName);
+    return survey.path() + u'/' + survey.completeBaseName() + ending;
 }
 
 void ResultWindows::Activated(FrmGridBase& sheet) {

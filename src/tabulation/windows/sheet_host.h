@@ -51,6 +51,9 @@ class ResultWindows {
     void TakePageFile() const;
     void LeavePageFileOpen();
 
+    // Where a file of a result is proposed to be kept: beside the survey, by its name with `ending` behind it.
+    QString ProposedPath(const QString& ending) const;
+
     // What a window tells of itself.
     void Activated(FrmGridBase& sheet);
     void Closed(FrmGridBase& sheet);

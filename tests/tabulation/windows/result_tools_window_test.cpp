@@ -188,6 +188,7 @@ TEST_F(ResultTools, ChartTheQuestionOfTheCell) {
     user.fileAnswers = {svg, folder.filePath(u"none/chart.pdf"_s)};
     Trigger("mnuSave", &graph);
     EXPECT_TRUE(FileBytes(svg).contains("公務員"));
+    EXPECT_TRUE(user.Lines(u"file save"_s).constFirst().contains(u"/data/samples/residents-グラフ.svg | "_s));
     user.TakeTranscript();
     Trigger("mnuSave", &graph);
     EXPECT_EQ(user.Lines(u"message"_s).size(), 1);
@@ -214,7 +215,8 @@ TEST_F(ResultTools, KeepAPageAndOpenItAgain) {
     const QString shown = form->Sheet().grid.Dump(0, 1, Columns() - 1, Grid()->model()->rowCount() - 1);
     user.fileAnswers = {page};
     Trigger("mnuPageSave");
-    EXPECT_EQ(Find<QLabel>("lblInfo2")->text(), page);
+    EXPECT_EQ(Find<QLabel>("lblInfo2")->toolTip(), page + u" に保存しました。"_s);
+    EXPECT_TRUE(user.Lines(u"file save"_s).constFirst().contains(u"/data/samples/residents-集計.qbp | "_s));
     EXPECT_TRUE(user.Lines(u"message"_s).isEmpty());
 
     FrmGridBase& other = windows.New();
