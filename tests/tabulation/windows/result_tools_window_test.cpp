@@ -241,7 +241,7 @@ TEST_F(ResultTools, KeepAPageAndOpenItAgain) {
     user.TakeTranscript();
     other.PageLoad(page);
     EXPECT_EQ(user.Lines(u"message"_s).size(), 1) << "the file is open already";
-    session.Refresh();
+    session.Refresh(SurveySession::Change::File);
     EXPECT_FALSE(user.IsBusy());
     user.TakeTranscript();
     other.PageLoad(page);
