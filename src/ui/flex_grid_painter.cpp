@@ -45,6 +45,10 @@ QFont FlexGridPainter::FontOf(int row) const {
     return font;
 }
 
+bool FlexGridPainter::HasFocus(int row, int column) const {
+    return grid_->hasFocus() && grid_->currentIndex() == grid_->model()->index(row, column);
+}
+
 // The column whose text stands in a cell: its own, or one to the left from which it flows over; -1 for none.
 int FlexGridPainter::SourceOf(int row, int column) const {
     if (column == grid_->model()->columnCount()) --column;
@@ -111,9 +115,13 @@ void FlexGridPainter::Paint(QPainter& painter, const QStyleOptionViewItem& optio
             DrawLines(painter, place, (alignment & Qt::AlignTop) != 0, text);
         }
     }
-    if (option.state.testFlag(QStyle::State_HasFocus)) {
+    // The frame of the focus goes round the whole of a text that flows, too.
+    const bool focused = option.state.testFlag(QStyle::State_HasFocus);
+    if (focused || (flows && HasFocus(row, source))) {
+        const bool alone = source != column || IsFigure(row, column);
+        const QRect frame = focused && alone ? option.rect : FlowOf(row, source);
         painter.setPen(palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
-        painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+        painter.drawRect(frame.adjusted(0, 0, -1, -1));
     }
     painter.restore();
 }

@@ -34,6 +34,7 @@ class FlexGridPainter : public QStyledItemDelegate {
 
   private:
     bool IsFigure(int row, int column) const { return grid_->model()->index(row, column).data(kFigureRole).toBool(); }
+    bool HasFocus(int row, int column) const;
     QFont FontOf(int row) const;
     int SourceOf(int row, int column) const;
     int FlowWidth(int row, int column) const;

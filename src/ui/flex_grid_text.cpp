@@ -11,6 +11,8 @@ QString OneLine(QString text) {
 }
 
 QStringList Wrapped(const QString& text, const QFont& font, int width, int maxLines) {
+    // A layout reckons in parts of pixels, and would break what fits into the width by its metrics.
+    if (QFontMetrics(font).horizontalAdvance(text) <= width) return {text};
     QTextLayout layout(text, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
