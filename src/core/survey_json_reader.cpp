@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <numeric>
 #include <optional>
 #include <streambuf>
@@ -59,6 +60,13 @@ void ReadLines(const Json& value, const QString& place, std::span<LimitLine, 16>
     }
 }
 
+ChoiceRec NoAnswer() {
+    ChoiceRec choice;
+    choice.Text = kNoAnswerText.toString();
+    choice.Status = 1 << kExclusive;
+    return choice;
+}
+
 void ReadChoice(const Json& value, const QString& place, Survey& survey, int q, int c) {
     JsonFields fields(value, place);
     ChoiceRec& choice = survey.Choices(c, q);
@@ -72,9 +80,7 @@ void ReadChoice(const Json& value, const QString& place, Survey& survey, int q, 
     if (c == 0) {
         // Every question has it, no file holds it. A list that begins with another choice lacks it.
         if (choice.Text != kNoAnswerText) RefuseJson(kErrorTypeMismatch, place, u"選択肢0は「無回答」です"_s);
-        choice = ChoiceRec();
-        choice.Text = kNoAnswerText.toString();
-        choice.Status = 1 << kExclusive;
+        choice = NoAnswer();
         return;
     }
     if (choice.Text.contains(u'\r') || choice.CodeText.contains(u'\r'))
@@ -145,6 +151,8 @@ void ReadDefinition(const Json& root, qint64 sampleCount, bool hasSamples, Surve
         survey.QuestionCount = static_cast<qint16>(list.size());
         for (int q = 0; q < survey.QuestionCount; ++q)
             ReadQuestion(list[std::size_t(q)], ElementPlace(u"Questions"_s, q), survey, q);
+    } else {
+        survey.Choices(0, 0) = NoAnswer();  // that of a new survey differs
     }
     fields.CheckCount("QuestionCount", survey.QuestionCount);
 
@@ -173,20 +181,22 @@ void ReadDefinition(const Json& root, qint64 sampleCount, bool hasSamples, Surve
 // The parser's view of a device.
 class DeviceBuffer : public std::streambuf {
   public:
-    explicit DeviceBuffer(QIODevice& device) : device_(device), buffer_(1 << 16) {}
+    explicit DeviceBuffer(QIODevice& device) : device_(device) {}
 
   protected:
     int_type underflow() override {
-        const qint64 size = device_.read(buffer_.data(), qint64(buffer_.size()));
+        const qint64 size = device_.read(buffer_.get(), kBufferSize);
         if (size < 0) throw RuntimeError(kErrorDeviceIo, device_.errorString());
         if (size == 0) return traits_type::eof();
-        setg(buffer_.data(), buffer_.data(), buffer_.data() + size);
+        setg(buffer_.get(), buffer_.get(), buffer_.get() + size);
         return traits_type::to_int_type(*gptr());
     }
 
   private:
+    static constexpr qint64 kBufferSize = 1 << 16;
+
     QIODevice& device_;
-    std::vector<char> buffer_;
+    const std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
 };
 
 // The whole text but its samples, which are only counted.

@@ -11,7 +11,7 @@ namespace {
 // Text on its way to the device. Nothing of the survey is held but one buffer.
 class JsonOutput {
   public:
-    explicit JsonOutput(QIODevice& out) : out_(out) { buffer_.reserve(kBufferSize + kBufferSize / 4); }
+    explicit JsonOutput(QIODevice& out) : out_(out) {}
 
     void Raw(QByteArrayView text) {
         buffer_.append(text);
