@@ -128,10 +128,10 @@ QList<CodePageLoss> CodePageLosses(QStringView text) {
     for (qsizetype i = 0; i < text.size(); ++i) {
         ++number;
         const bool pair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
-        const QStringView character = text.mid(i, pair ? 2 : 1);
-        const QString written = DecodeCodePage(EncodeCodePage(character));
-        if (character != written && !kSameToTheEye.contains(text[i]))
-            losses.append({.at = i, .number = number, .character = character.toString(), .written = written});
+        const QChar written = CharacterOfCode(CodeOf(text[i].unicode()));
+        if (text[i] != written && !kSameToTheEye.contains(text[i]))
+            losses.append(
+                {.at = i, .number = number, .character = text.mid(i, pair ? 2 : 1).toString(), .written = written});
         if (pair) ++i;
     }
     return losses;

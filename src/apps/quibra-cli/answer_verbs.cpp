@@ -5,8 +5,9 @@
 #include "apps/quibra-cli/verbs.h"
 #include "core/answer_store.h"
 #include "core/sample_change.h"
+#include "core/survey_losses.h"
+#include "core/typed_number.h"
 #include "entry/sheet_parser.h"
-#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,7 +27,7 @@ void ReadAnswer(const Survey& survey, int q, const QString& word, Answers& answe
     const qsizetype slash = word.indexOf(u'/');
     const QString number = slash < 0 ? word : word.left(slash);
     bool ok = false;
-    const int c = number.toInt(&ok);
+    const int c = NarrowFigures(number).toInt(&ok);
     if (!ok) RefuseUsage(u"回答「%1」は番号でも「番号/記述」でもありません"_s.arg(word));
     const QuestionRec& question = survey.Questions[q];
     if (c < 1 || c >= question.ChoiceCount)
@@ -118,15 +119,25 @@ int RunGet(const VerbLine& line, StandardOutput& out) {
     return kDone;
 }
 
-int RunSet(const VerbLine& line, StandardOutput& /*out*/) {
+// Where a text would lose characters, before anything is stored.
+void CheckLosses(SurveySession& session, int q, const Answers& answers) {
+    QList<TextLosses> texts;
+    for (int i = 0; i < answers.count; ++i)
+        texts.append({u"Q%1 の選択肢 %2 の記述"_s.arg(q + 1).arg(answers.choices[static_cast<size_t>(i)]),
+                      CodePageLosses(answers.texts[static_cast<size_t>(i)])});
+    if (!AgreesToLosses(session.ui, texts)) throw Refusal{QString()};
+}
+
+int RunSet(const VerbLine& line, StandardOutput& out) {
     OpenedSurvey opened(line, line.Argument(0), Access::Write);
     const Survey& survey = opened.Data();
     const int q = QuestionArgument(survey, line.Argument(2));
     const qint32 dno = SampleArgument(survey, line.Argument(1));
     Answers answers = ReadAnswers(survey, q, line.Arguments().mid(3));
+    CheckLosses(opened.Session(), q, answers);
     Store(opened.Session(), dno, q, answers);
     opened.Session().ChangedOn();
-    return SurveySave(opened.Session(), opened.Path()) ? kDone : kRefused;
+    return opened.Save(out);
 }
 
 }  // namespace
@@ -151,11 +162,11 @@ Verb SetVerb() {
             .text =
                 u"サンプル ID の質問 Q への回答を ANSWER に置き換えて保存します。"_s
                 u"ANSWER は「番号」か「番号/記述」、0 だけなら無回答にします。"_s
-                u"元のファイルは拡張子 qb~ で残ります。"_s,
+                u"元のファイルは拡張子 qb~ で残ります。FILE が - なら標準入力から読み、標準出力に書きます。"_s,
             .english =
                 u"Replaces a sample's answers to a question and saves the survey. Answers are written as "
                 u"get prints them; a single 0 is no answer. The survey as it was stays beside it, with "
-                u"the suffix qb~."_s,
+                u"the suffix qb~. With FILE - the survey comes from standard input and goes to standard output."_s,
             .options = SurveyOptions(),
             .run = RunSet};
 }

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
 #include "core/runtime_error.h"
 
@@ -19,6 +20,8 @@ void RefuseUsage(const QString& reason) {
 
 std::unique_ptr<QIODevice> OpenInput(const QString& path) {
     if (path == u"-") {
+        static bool taken = false;
+        if (std::exchange(taken, true)) RefuseUsage(u"標準入力（-）は一度しか読めません"_s);
         QFile input;
         if (!input.open(stdin, QIODevice::ReadOnly)) throw Refusal{u"標準入力を読めません"_s};
         auto whole = std::make_unique<QBuffer>();

@@ -17,7 +17,8 @@ struct Refusal {
 };
 [[noreturn]] void RefuseUsage(const QString& reason);
 
-// A file to read from its start, or standard input, taken whole, when its name is "-". Refuses what can't be read.
+// A file to read from its start, or standard input, taken whole, when its name is "-". Refuses what can't be read, and
+// standard input a second time.
 std::unique_ptr<QIODevice> OpenInput(const QString& path);
 
 // Text as a terminal may show it: control characters other than tabs and line ends as their pictures, so that a
@@ -38,6 +39,7 @@ class StandardOutput : public QIODevice {
     void Print(const QString& text) { Print(text.toUtf8()); }
     // True once nobody listens any more, which is no failure to speak of.
     bool IsAbandoned() const;
+    bool IsTerminal() const { return terminal_; }
 
   protected:
     qint64 readData(char*, qint64) override { return -1; }

@@ -34,9 +34,14 @@ ConsoleInterface::~ConsoleInterface() {
     ClearLine();
 }
 
+void ConsoleInterface::CallFile(const QString& path, const QString& name) {
+    path_ = path;
+    name_ = name;
+}
+
 Answer ConsoleInterface::Message(const QString& text, int style, const QString& /*title*/) {
     ClearLine();
-    ErrorLine(text);
+    ErrorLine(path_.isEmpty() ? text : QString(text).replace(path_, name_));
     const int buttons = style & 7;
     if (buttons == kOkOnly) return Answer::Ok;
     const Answer agreement = buttons == kOkCancel ? Answer::Ok : Answer::Yes;

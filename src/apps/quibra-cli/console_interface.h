@@ -23,6 +23,9 @@ class ConsoleInterface : public UserInterface {
     QString DirBox() override { return QString(); }
     QString FileBox(const QString&, const QString&, bool) override { return QString(); }
 
+    // What messages call the file at `path`.
+    void CallFile(const QString& path, const QString& name);
+
     // One line that is written over and over, and only where somebody can see it.
     void ProgressOpen(const ProgressSpec& spec) override;
     bool Progress(const QString& text, double fraction) override;
@@ -44,6 +47,8 @@ class ConsoleInterface : public UserInterface {
     bool lineShown_ = false;
     QElapsedTimer sinceLine_;
     QString progressTitle_;
+    QString path_;
+    QString name_;
 };
 
 }  // namespace quibra

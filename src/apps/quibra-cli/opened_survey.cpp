@@ -1,8 +1,12 @@
 #include "apps/quibra-cli/opened_survey.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include "core/survey_writer.h"
 #include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
@@ -19,16 +23,31 @@ QString FirstLineOf(const QString& path) {
     return line;
 }
 
+// A load goes back and forth in a file.
+Descriptor StandardInputFile() {
+    const QByteArray bytes = OpenInput(u"-"_s)->readAll();
+    Descriptor file(Checked([] { return memfd_create("survey", MFD_CLOEXEC); }));
+    for (qsizetype done = 0; done < bytes.size();)
+        done += Checked(
+            [&] { return write(file.Number(), bytes.constData() + done, static_cast<size_t>(bytes.size() - done)); });
+    return file;
+}
+
 }  // namespace
 
 OpenedSurvey::OpenedSurvey(const VerbLine& line, const QString& path, Access access)
     : console_(line.Has(u"yes"_s)), session_(console_, ProgramDirectory()), path_(QFileInfo(path).absoluteFilePath()) {
+    if (path == u"-") {
+        input_ = StandardInputFile();
+        path_ = u"/proc/self/fd/%1"_s.arg(input_.Number());
+        console_.CallFile(path_, Name());
+    }
     Load(access);
     Unlock(line, access);
 }
 
 void OpenedSurvey::Load(Access access) {
-    if (access == Access::Write) session_.HoldFile(path_);
+    if (access == Access::Write && !input_.IsOpen()) session_.HoldFile(path_);
     int code = SurveyLoad(session_, path_, kExpectSurvey);
     if (code == kLoadBaseFirst) {
         // What is written would go to the base survey, which nobody named.
@@ -55,6 +74,26 @@ void OpenedSurvey::Unlock(const VerbLine& line, Access access) {
         }
     }
     LockRelease(session_.menu);
+}
+
+QString OpenedSurvey::Name() const {
+    return input_.IsOpen() ? u"標準入力"_s : path_;
+}
+
+int OpenedSurvey::Save(StandardOutput& out) {
+    return SaveSurvey(session_, input_.IsOpen() ? u"-"_s : path_, out);
+}
+
+int SaveSurvey(SurveySession& session, const QString& path, StandardOutput& out) {
+    if (path != u"-") return SurveySave(session, QFileInfo(path).absoluteFilePath()) ? kDone : kRefused;
+    if (out.IsTerminal()) throw Refusal{u"端末にはアンケートを書けません。標準出力をファイルに向けてください。"_s};
+    QByteArray bytes;
+    ByteWriter writer(bytes);
+    WriteMagic(writer, kSurvey1003);
+    WriteSurvey(writer, session.survey, nullptr, [](const QString&, double) { return true; });
+    writer.Flush();
+    out.Print(bytes);
+    return kDone;
 }
 
 QString ProgramDirectory() {

@@ -1,5 +1,4 @@
 // sheet, parse and check: the answer sheet without its window, and the checks of answers over all samples.
-#include <QFile>
 #include <cstdio>
 
 #include "apps/quibra-cli/opened_survey.h"
@@ -7,10 +6,10 @@
 #include "apps/quibra-cli/verbs.h"
 #include "core/answer_store.h"
 #include "core/sample_change.h"
+#include "core/survey_losses.h"
 #include "entry/answer_scan.h"
 #include "entry/sheet_parser.h"
 #include "entry/sheet_text.h"
-#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -69,9 +68,7 @@ int RunSheet(const VerbLine& line, StandardOutput& out) {
 
 // A lone LF is a line end too.
 QString StandardInputText() {
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly)) throw Refusal{u"標準入力を読めません"_s};
-    QString text = QString::fromUtf8(input.readAll());
+    QString text = QString::fromUtf8(OpenInput(u"-"_s)->readAll());
     return text.replace(u"\r\n"_s, u"\n"_s).replace(u"\n"_s, u"\r\n"_s);
 }
 
@@ -82,6 +79,7 @@ int RunParse(const VerbLine& line, StandardOutput& out) {
     const qint32 dno = SampleArgument(session.survey, line.Argument(1));
     SheetReading reading;
     reading.Text = StandardInputText();
+    if (save && !AgreesToLosses(session.ui, {{u"回答票"_s, CodePageLosses(reading.Text)}})) return kRefused;
     reading.Caret = line.Number(u"caret"_s, 0, std::numeric_limits<int>::max(), 0);
     RecordedInterface boxes;
     CodeTables tables;
@@ -109,7 +107,7 @@ int RunParse(const VerbLine& line, StandardOutput& out) {
     PrintLine(out, result);
     if (!save || status != kDone) return status;
     session.ChangedOn();
-    return SurveySave(session, opened.Path()) ? kDone : kRefused;
+    return opened.Save(out);
 }
 
 class MessageList : public CorrectionNotice {
@@ -142,6 +140,7 @@ bool CheckSamples(SurveySession& session, bool fix, StandardOutput& out) {
 
 int RunCheck(const VerbLine& line, StandardOutput& out) {
     const bool fix = line.Has(u"fix"_s);
+    if (fix && line.Argument(0) == u"-") RefuseUsage(u"--fix は標準入力のアンケートには使えません"_s);
     OpenedSurvey opened(line, line.Argument(0), fix ? Access::Write : Access::Show);
     SurveySession& session = opened.Session();
     const qint16 own = session.survey.CorrectFlags;
@@ -150,7 +149,7 @@ int RunCheck(const VerbLine& line, StandardOutput& out) {
     session.survey.CorrectFlags = own;
     if (!changed) return kDone;
     session.ChangedOn();
-    return SurveySave(session, opened.Path()) ? kDone : kRefused;
+    return opened.Save(out);
 }
 
 }  // namespace

@@ -9,8 +9,8 @@
 #include "core/display_width.h"
 #include "core/labels.h"
 #include "core/survey_json.h"
+#include "core/survey_losses.h"
 #include "core/survey_reader.h"
-#include "session/survey_file.h"
 
 using namespace Qt::StringLiterals;
 
@@ -75,7 +75,7 @@ int RunInfo(const VerbLine& line, StandardOutput& out) {
         text += InfoLine(u"題名"_s, survey.Title);
         text += InfoLine(u"作成者"_s, survey.Editor);
     }
-    text += InfoLine(u"ファイル"_s, opened.Path());
+    text += InfoLine(u"ファイル"_s, opened.Name());
     text += InfoLine(u"ファイルの形式"_s, GenerationText(opened.Path()));
     text += InfoLine(u"ファイルの大きさ"_s, Grouped(QFileInfo(opened.Path()).size()) + u" バイト"_s);
     text += InfoLine(u"データ隠蔽"_s, LockText(survey.LockLevel));
@@ -98,10 +98,10 @@ int RunDump(const VerbLine& line, StandardOutput& out) {
     return kDone;
 }
 
-int RunBuild(const VerbLine& line, StandardOutput& /*out*/) {
+int RunBuild(const VerbLine& line, StandardOutput& out) {
     const QString source = line.Argument(0);
     const std::unique_ptr<QIODevice> file = OpenInput(source);
-    ConsoleInterface console(false);
+    ConsoleInterface console(line.Has(u"yes"_s));
     SurveySession session(console, ProgramDirectory());
     session.NewSurvey();
     try {
@@ -109,13 +109,13 @@ int RunBuild(const VerbLine& line, StandardOutput& /*out*/) {
     } catch (const RuntimeError& error) {
         throw Refusal{u"%1：%2"_s.arg(source, error.Text())};
     }
-    return SurveySave(session, QFileInfo(line.Argument(1)).absoluteFilePath()) ? kDone : kRefused;
+    if (!AgreesToLosses(console, SurveyLosses(session.survey))) return kRefused;
+    return SaveSurvey(session, line.Argument(1), out);
 }
 
-int RunConvert(const VerbLine& line, StandardOutput& /*out*/) {
+int RunConvert(const VerbLine& line, StandardOutput& out) {
     OpenedSurvey opened(line, line.Argument(0), Access::Write);
-    const QString target = QFileInfo(line.Arguments().last()).absoluteFilePath();
-    return SurveySave(opened.Session(), target) ? kDone : kRefused;
+    return SaveSurvey(opened.Session(), line.Arguments().last(), out);
 }
 
 }  // namespace
@@ -155,12 +155,14 @@ Verb BuildVerb() {
         .summary = u"JSON からアンケートを作る"_s,
         .arguments = u"DEF.json OUT.qb"_s,
         .text =
-            u"dump と同じ形の JSON からアンケートを作って保存します。DEF.json が - なら標準入力から読みます。"_s
-            u"サンプルはなくても、順不同でもかまいません。"_s,
+            u"dump と同じ形の JSON からアンケートを作って保存します。DEF.json が - なら標準入力から読み、"_s
+            u"OUT.qb が - なら標準出力に書きます。サンプルはなくても、順不同でもかまいません。"_s
+            u"アンケートのファイルに書けない文字があれば、--yes がなければ保存しません。"_s,
         .english =
-            u"Makes a survey of JSON in the form that dump writes; DEF.json may be -, standard input. Samples may be "
-            u"missing or stand in any order."_s,
-        .options = QList<VerbOption>{},
+            u"Makes a survey of JSON in the form that dump writes; DEF.json may be -, standard input, and OUT.qb "
+            u"standard output. Samples may be missing or stand in any order. Characters that no survey file can hold "
+            u"are refused without --yes."_s,
+        .options = QList<VerbOption>{YesOption()},
         .run = RunBuild};
 }
 
@@ -170,10 +172,12 @@ Verb ConvertVerb() {
             .arguments = u"IN [OUT]"_s,
             .text =
                 u"どの版の形式のアンケートも読み込み、今の形式で保存します。"_s
-                u"OUT を略すと IN に保存し、元のファイルは拡張子 qb~ で残ります。"_s,
+                u"OUT を略すと IN に保存し、元のファイルは拡張子 qb~ で残ります。"_s
+                u"IN が - なら標準入力から読み、OUT が - なら標準出力に書きます。"_s,
             .english =
                 u"Reads a survey of any generation and saves it in the current one, as OUT or in its "
-                u"place, where the file as it was stays with the suffix qb~."_s,
+                u"place, where the file as it was stays with the suffix qb~. IN and OUT may be -, standard input "
+                u"and output."_s,
             .options = SurveyOptions(),
             .run = RunConvert};
 }

@@ -30,12 +30,17 @@ QList<VerbOption> SurveyOptions() {
          .value = u"FILE"_s,
          .text = u"パスワードをファイルの最初の行から読む。- なら標準入力から"_s,
          .english = u"Reads the password from the first line of a file, or of standard input when it is -."_s},
-        {.name = u"yes"_s,
-         .value = {},
-         .text = u"確認の質問に「はい」と答える。なければ、何も変えない答えになる"_s,
-         .english = u"Answers \"yes\" to every question that is asked; otherwise the answer is the one that changes "
-                    u"nothing."_s},
+        YesOption(),
     };
+}
+
+VerbOption YesOption() {
+    return {.name = u"yes"_s,
+            .value = {},
+            .text = u"確認の質問に「はい」と答える。なければ、何も変えない答えになる"_s,
+            .english =
+                u"Answers \"yes\" to every question that is asked; otherwise the answer is the one that changes "
+                u"nothing."_s};
 }
 
 QString Verb::Usage() const {

@@ -12,6 +12,8 @@ const Verb* FindVerb(const QString& name);
 
 // Options of every verb that opens a survey; OpenedSurvey looks at them.
 QList<VerbOption> SurveyOptions();
+// The last of these, for other verbs that ask.
+VerbOption YesOption();
 
 // Surveys as files.
 Verb InfoVerb();
