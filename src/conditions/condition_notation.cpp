@@ -7,6 +7,7 @@
 #include "companion/limit_terms.h"
 
 #include "core/display_width.h"
+#include "core/typed_number.h"
 
 using namespace Qt::StringLiterals;
 
@@ -48,7 +49,7 @@ QString ConditionReader::ReadWord(const QString& word) {
     static const QRegularExpression kWord(QRegularExpression::anchoredPattern(
         u"(?<prefix>[|-]?)(?:P(?<slot>[0-9]+)|"
         u"Q(?<question>[0-9]+)(?:@(?<rank>[0-9]+))?=(?<low>[0-9]+)(?:\\.\\.(?<high>[0-9]+))?)"));
-    const QRegularExpressionMatch match = kWord.match(word);
+    const QRegularExpressionMatch match = kWord.match(NarrowFigures(word));
     if (!match.hasMatch())
         return u"「"_s + word +
                u"」は条件として読めません。Q3=2、Q3=2..5、Q3@1=2、|Q3=2、-Q3=2、P4のように書いてください。"_s;

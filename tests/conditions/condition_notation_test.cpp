@@ -40,7 +40,7 @@ TEST(ConditionNotation, WordsBecomeLines) {
         {u" \u3000\t\n"_s, 0, {}},
         {u"Q1=2"_s, 0, {Line(3, 0, 2)}},
         {u"Q1=0 |Q2@3=12\u3000-Q3=5"_s, 0, {Line(3, 0, 0), Line(1, 1, 12, 3), Line(4, 2, 5)}},
-        {u"-Q2@1=3..7 |Q02=007..7"_s, 0, {Line(4, 1, 3, 1), Line(2, 1, 7), Line(1, 1, 7), Line(2, 1, 7)}},
+        {u"－Q２@１=３．．7 |Q02=007..7"_s, 0, {Line(4, 1, 3, 1), Line(2, 1, 7), Line(1, 1, 7), Line(2, 1, 7)}},
         {u"P0 Q3=1 P15 P0"_s, 0x8001, {Line(3, 2, 1)}},
         {u"Q2=1..12 "_s.repeated(7) + u"P4"_s, 0x10, fourteenLines},
     };

@@ -7,6 +7,7 @@
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/total_line.h"
 #include "apps/quibra-cli/verbs.h"
+#include "core/typed_number.h"
 #include "tabulation/chart_data.h"
 #include "tabulation/total_sheet.h"
 #include "ui/chart/chart_files.h"
@@ -26,7 +27,7 @@ constexpr int kLargestSide = 10000;
 QSizeF SizeOf(const VerbLine& line) {
     if (!line.Has(u"size"_s)) return {960, 640};
     static const QRegularExpression kSize(u"^([0-9]{1,5})[xX]([0-9]{1,5})$"_s);
-    const QRegularExpressionMatch size = kSize.match(line.Value(u"size"_s));
+    const QRegularExpressionMatch size = kSize.match(NarrowFigures(line.Value(u"size"_s)));
     if (!size.hasMatch()) RefuseUsage(u"--size 960x640 のように幅と高さを書いてください"_s);
     const auto side = [&](int part) {
         return IntegerArgument(size.captured(part), u"--size"_s, kSmallestSide, kLargestSide);

@@ -1,6 +1,7 @@
 #include "apps/quibra-cli/verb_line.h"
 
 #include "core/answer_store.h"
+#include "core/typed_number.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,18 +14,6 @@ constexpr QChar kPairMark = QChar(0x1F);
 
 bool TakesPair(const VerbOption& option) {
     return option.value.contains(u' ');
-}
-
-// "１２" is typed as easily as "12" where the other words are Japanese.
-QString WithHalfWidthFigures(QString text) {
-    for (QChar& character : text)
-        if (character >= QChar(0xFF10) && character <= QChar(0xFF19))
-            character = QChar(character.unicode() - 0xFF10 + u'0');
-        else if (character == QChar(0xFF0D) || character == QChar(0x2212))
-            character = u'-';
-        else if (character == QChar(0xFF0E))
-            character = u'.';
-    return text;
 }
 
 }  // namespace
@@ -122,7 +111,7 @@ int QuestionArgument(const Survey& survey, const QString& text) {
 
 qint32 IntegerArgument(const QString& text, const QString& what, qint32 low, qint32 high) {
     bool ok = false;
-    const qint32 value = WithHalfWidthFigures(text).toInt(&ok);
+    const qint32 value = NarrowFigures(text).toInt(&ok);
     if (!ok || value < low || value > high)
         RefuseUsage(u"%1「%2」は%3から%4までの整数ではありません"_s.arg(what, text).arg(low).arg(high));
     return value;
@@ -138,7 +127,7 @@ qint32 SampleArgument(const Survey& survey, const QString& text) {
 
 double NumberArgument(const QString& text) {
     bool ok = false;
-    const double value = WithHalfWidthFigures(text).toDouble(&ok);
+    const double value = NarrowFigures(text).toDouble(&ok);
     if (!ok || !qIsFinite(value)) RefuseUsage(u"「%1」は数ではありません"_s.arg(text));
     return value;
 }
