@@ -27,11 +27,12 @@ std::vector<int> AllColumns(const ResultGrid& grid) {
 }
 
 // Without those that stand between limits, or that an essay list keeps for its tools.
-std::vector<int> FilledColumns(const ResultGrid& grid) {
+std::vector<int> FilledColumns(const ResultGrid& grid, bool isEssayList) {
+    constexpr int kTitleRow = 2;
     std::vector<int> columns = AllColumns(grid);
-    std::erase_if(columns, [&grid](int column) {
+    std::erase_if(columns, [&](int column) {
         for (int row = ResultGrid::kFixedRows; row < grid.Rows(); ++row)
-            if (!grid.Text(column, row).isEmpty()) return false;
+            if (!(isEssayList && row == kTitleRow) && !grid.Text(column, row).isEmpty()) return false;
         return true;
     });
     return columns;
@@ -57,8 +58,8 @@ QByteArray GridAsText(const ResultGrid& grid) {
     return JoinCells(grid, AllColumns(grid), '\t', "\n", TextCell);
 }
 
-QByteArray GridAsCsv(const ResultGrid& grid) {
-    return JoinCells(grid, FilledColumns(grid), ',', "\r\n", CsvCell);
+QByteArray GridAsCsv(const ResultGrid& grid, bool isEssayList) {
+    return JoinCells(grid, FilledColumns(grid, isEssayList), ',', "\r\n", CsvCell);
 }
 
 }  // namespace quibra

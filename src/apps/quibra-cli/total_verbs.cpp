@@ -123,7 +123,8 @@ void PrintResult(const Survey& survey, const TotalSheet& sheet, const VerbLine& 
     if (format == u"html")
         out.Print(WriteHtml(survey, sheet.result, sheet.view, sheet.grid));
     else if (format == u"csv")
-        out.Print((line.Has(u"bom"_s) ? QByteArray("\xEF\xBB\xBF") : QByteArray()) + GridAsCsv(sheet.grid));
+        out.Print((line.Has(u"bom"_s) ? QByteArray("\xEF\xBB\xBF") : QByteArray()) +
+                  GridAsCsv(sheet.grid, sheet.result.option.TotalKind == kEssayList));
     else if (format == u"text")
         out.Print(GridAsText(sheet.grid));
     else if (hasTool)
@@ -139,6 +140,8 @@ const QString kCaption = u"集計結果"_s;
 
 // The files that are asked for. A survey that is named by mistake is not written over.
 void SaveResult(const VerbLine& line, const Survey& survey, TotalSheet& sheet) {
+    if (line.Argument(0) == u"-" && line.Has(u"save-page"_s))
+        RefuseUsage(u"標準入力のアンケートの集計は、ページとして保存できません"_s);
     const QFileInfo own(line.Argument(0));
     for (const QString& option : {u"save-text"_s, u"save-html"_s, u"save-page"_s})
         if (line.Has(option) && QFileInfo(line.Value(option)) == own)
