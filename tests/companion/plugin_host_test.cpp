@@ -61,9 +61,9 @@ TEST_F(PluginHost, NothingItSaysIsBelieved) {
              {"kill -9 $$", ECHILD},
              {"printf '\\004' >&3", ECHILD},
              {"printf '\\004\\000\\000\\000' >&3", ECHILD},
-             {"printf '\\004\\000\\000\\000\\000\\000\\000\\000' >&3", EPROTO},
+             {"printf '\\004\\000\\000\\000\\000\\000\\000\\000' >&3; sleep 60", EPROTO},
              {"printf '\\377\\377\\377\\377' >&3; cat /dev/zero >&3", EPROTO},
-             {"printf '\\000\\000\\001\\000' >&3; head -c 65536 /dev/zero >&3", EPROTO},
+             {"printf '\\000\\000\\001\\000' >&3; head -c 65536 /dev/zero >&3; sleep 60", EPROTO},
              {"exec 3>&-; sleep 60", ECHILD},
              {"yes >&3; sleep 60", EPROTO}})
         EXPECT_EQ(ErrorWith(script), error) << script;
