@@ -35,8 +35,10 @@ Descriptor StandardInputFile() {
 
 }  // namespace
 
-OpenedSurvey::OpenedSurvey(const VerbLine& line, const QString& path, Access access)
-    : console_(line.Has(u"yes"_s)), session_(console_, ProgramDirectory()), path_(QFileInfo(path).absoluteFilePath()) {
+OpenedSurvey::OpenedSurvey(const VerbLine& line, const QString& path, Access access, UserInterface* ui)
+    : console_(line.Has(u"yes"_s)),
+      session_(ui ? *ui : console_, ProgramDirectory()),
+      path_(QFileInfo(path).absoluteFilePath()) {
     if (path == u"-") {
         input_ = StandardInputFile();
         path_ = u"/proc/self/fd/%1"_s.arg(input_.Number());

@@ -20,7 +20,8 @@ enum class Access {
 // locked. The verb has SurveyOptions.
 class OpenedSurvey {
   public:
-    OpenedSurvey(const VerbLine& line, const QString& path, Access access);
+    // `ui` is whom the session speaks to, the console without one.
+    OpenedSurvey(const VerbLine& line, const QString& path, Access access, UserInterface* ui = nullptr);
 
     SurveySession& Session() { return session_; }
     Survey& Data() { return session_.survey; }

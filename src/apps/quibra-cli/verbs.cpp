@@ -8,9 +8,10 @@ namespace quibra {
 
 const QList<Verb>& Verbs() {
     static const QList<Verb> verbs = {
-        InfoVerb(),    TotalVerb(), EssaysVerb(), PageVerb(), ChartVerb(),     GetVerb(),        SetVerb(),
-        SheetVerb(),   ParseVerb(), CheckVerb(),  ShowVerb(), LinesVerb(),     DumpVerb(),       BuildVerb(),
-        ConvertVerb(), NewVerb(),   EditVerb(),   ListVerb(), QuestionsVerb(), PropertiesVerb(), MeasureVerb(),
+        InfoVerb(),  TotalVerb(),     EssaysVerb(),     PageVerb(),    ChartVerb(), GetVerb(),
+        SetVerb(),   SheetVerb(),     ParseVerb(),      CheckVerb(),   ShowVerb(),  EntryVerb(),
+        LinesVerb(), DumpVerb(),      BuildVerb(),      ConvertVerb(), NewVerb(),   EditVerb(),
+        ListVerb(),  QuestionsVerb(), PropertiesVerb(), MeasureVerb(),
     };
     return verbs;
 }

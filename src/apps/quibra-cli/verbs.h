@@ -36,6 +36,8 @@ Verb ParseVerb();
 Verb CheckVerb();
 // A sample in words.
 Verb ShowVerb();
+// Keying in without its window.
+Verb EntryVerb();
 // Lines of the answer sheet.
 Verb LinesVerb();
 // Results.
