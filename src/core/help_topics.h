@@ -14,6 +14,8 @@ enum HelpTopic {
     kHelpSettings = 140,
     kHelpDialogs = 150,  // the boxes that ask for a choice, a text, questions or a folder
     kHelpProgress = 160,
+    kHelpQuestion = 200,
+    kHelpAbout = 220,  // with the IDs of this computer
     kHelpEntry = 300,
     kHelpCollect = 310,
     kHelpLines = 320,

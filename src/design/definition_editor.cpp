@@ -205,6 +205,16 @@ void DefinitionEditor::AddChoices(const QString& text, const std::function<bool(
     ui_.Message(u"終了しました"_s, kOkOnly);
 }
 
+void DefinitionEditor::PasteChoices(const QString& text, const std::function<bool()>& goOn) {
+    QString lines = text;
+    lines.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+    if (lines.endsWith(u'\n')) lines.chop(1);
+    QStringList cells = lines.split(u'\n');
+    for (; !cells.isEmpty() && HasChoice() && ChoiceText().isEmpty(); ++choice_)
+        SetChoiceText(cells.takeFirst());
+    if (!cells.isEmpty() && CanInsertChoice() && ConfirmRewrite()) AddChoices(cells.join(u'\n'), goOn);
+}
+
 int DefinitionEditor::Anum() const {
     return HasQuestion() ? survey_.Questions[question_].Anum : 0;
 }

@@ -85,6 +85,9 @@ class DefinitionEditor {
     // Each line of `text` becomes a choice in front of the selected one, as long as there is room. `goOn` is called
     // behind each; false stops. REQUIRES: ConfirmRewrite has passed.
     void AddChoices(const QString& text, const std::function<bool()>& goOn);
+    // A pasted column of cells: its lines fill the empty choices from the selected one on, what is left is added as
+    // above, behind the gate.
+    void PasteChoices(const QString& text, const std::function<bool()>& goOn);
 
     int Anum() const;
     int MostAnswers() const;

@@ -3,6 +3,9 @@
 #include "apps/quibra/frm_title.h"
 #include "conditions/windows/frm_limit.h"
 #include "core/attempt.h"
+#include "design/windows/frm_about.h"
+#include "design/windows/frm_question.h"
+#include "design/windows/frm_quota.h"
 #include "entry/windows/frm_add_data.h"
 #include "entry/windows/frm_collect.h"
 #include "entry/windows/frm_paragraph.h"
@@ -27,6 +30,20 @@ ProgramDesk::~ProgramDesk() {
     // They listen to the result windows, which go before the main window takes its children.
     delete total_;
     delete graph_;
+}
+
+void ProgramDesk::ShowQuestions() {
+    if (!CloseShowingDefinition(nullptr)) return;
+    // A question whose condition leads back to it has no depth, which its list shows.
+    Attempt(session_.ui, [this] { FrmQuestion(session_, *this, &main_).exec(); });
+}
+
+void ProgramDesk::ShowAbout() {
+    FrmAbout(session_, &main_).exec();
+}
+
+void ProgramDesk::ShowQuota() {
+    FrmQuota(session_, &main_).exec();
 }
 
 void ProgramDesk::ShowCollect() {

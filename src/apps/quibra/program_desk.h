@@ -24,6 +24,9 @@ class ProgramDesk : public Desk {
     ~ProgramDesk() override;
 
     // What the menu items of the main window open; window_table.h names the item of each.
+    void ShowQuestions();
+    void ShowAbout();
+    void ShowQuota();
     void ShowCollect();
     void ShowLines();
     void ShowSlotEditor();

@@ -19,6 +19,11 @@
 #include "apps/quibra/frm_title.h"
 #include "conditions/windows/frm_limit.h"
 #include "core/help_topics.h"
+#include "design/windows/frm_about.h"
+#include "design/windows/frm_auto_q.h"
+#include "design/windows/frm_q_anum.h"
+#include "design/windows/frm_question.h"
+#include "design/windows/frm_quota.h"
 #include "entry/plugin_caller.h"
 #include "entry/windows/frm_add_data.h"
 #include "entry/windows/frm_collect.h"
@@ -52,6 +57,11 @@ const QList<QStringList> kShared = {
     {u"optCross_1 既成限定条件でクロス(&L)"_s, u"optCross_2 自由な条件でクロス(&L)"_s},
     {u"lblList 検索する語(&S)"_s, u"cmdDo 検索開始(&S)"_s},
     {u"cmdChangeLimit 変更(&R)"_s, u"chkRough 荒く集計(&R)"_s},
+    {u"lblChoiceText 選択肢文(&C):"_s, u"chkStatus_2 排他(&C)"_s, u"InsertChoice 選択肢挿入(&C)"_s},
+    {u"cmdAllMulti 全てに適用(&A)"_s, u"cmdAuto 一括入力(&A)"_s},
+    {u"cmdDirDown 下げる(&D)"_s, u"chkStatus_4 コード付き(&D)"_s},
+    {u"cmdQAnum 変更(&N)"_s, u"chkStatus_1 数量付き(&N)"_s},
+    {u"chkStatus_5 複数選択(&M)"_s, u"DeleteChoice 選択肢削除(&M)"_s},
     {u"optCon_1 記述/数量/コードがあるもの(&E)"_s, u"optCon_2 記述(&E)"_s},
     {u"lblInsert 質問を選んで (&S)"_s, u"lblRemove ■を選んで (&S)"_s},
     {u"optCon_3 数量(&N)"_s, u"cmdTotal_3 新規作成(&N)"_s},
@@ -211,6 +221,11 @@ TEST_P(EveryWindow, OverASurveyServesEveryone) {
     CheckNew<FrmCollect>(user, qint16{15}, nullptr);
     CheckNew<FrmAddData>(session, caller, desk);
     CheckNew<FrmLimit>(session, LimitList(), qint16{0});
+    CheckNew<FrmQuestion>(session, desk);
+    CheckNew<FrmQAnum>(user, 3, 1, 12, nullptr);
+    CheckNew<FrmAutoQ>(user, FrmAutoQ::Add(), nullptr);
+    CheckNew<FrmAbout>(session, nullptr);
+    CheckNew<FrmQuota>(session, nullptr);
     CheckNew<FrmGraph>(session, results);
     for (const int kind : {1, 2}) {
         FrmTotal total(session, results, desk);

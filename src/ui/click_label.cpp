@@ -1,4 +1,4 @@
-#include "tabulation/windows/click_label.h"
+#include "ui/click_label.h"
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
