@@ -35,8 +35,8 @@ TEST_P(CliSession, GoesAsItIsTold) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Cli, CliSession,
-                         testing::Values("answers", "conditions", "definitions", "design", "essays", "files", "lines",
-                                         "locks", "options", "outputs", "results", "saving", "sheets", "streams",
-                                         "tables", "usage"));
+                         testing::Values("answers", "conditions", "definitions", "design", "entry", "essays", "files",
+                                         "lines", "locks", "options", "outputs", "results", "saving", "sheets",
+                                         "streams", "tables", "usage"));
 
 }  // namespace quibra

@@ -26,8 +26,10 @@ namespace {
     throw Refusal{reason, kWrongUsage};
 }
 
+// A whole number will do: the boxes of the window take IDs as texts.
 QString TextAt(const Json& command, const char* key) {
     const auto found = command.find(key);
+    if (found != command.end() && found->is_number_integer()) return QString::number(found->get<qint64>());
     if (found == command.end() || !found->is_string()) RefuseCommand(u"%1 は文字列です"_s.arg(QLatin1StringView(key)));
     return QString::fromStdString(found->get<std::string>());
 }
