@@ -54,6 +54,8 @@ License: Expat
  @license@
 ")
 install(FILES ${PROJECT_BINARY_DIR}/install/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${PROJECT_SOURCE_DIR}/data/debian/lintian-overrides DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+        RENAME quibra)
 
 # made_file(NAME DESTINATION COMMAND...): a file of the build that is installed; COMMAND writes it.
 set(made_files)
