@@ -50,7 +50,7 @@ int RunQuestions(const VerbLine& line, StandardOutput& out) {
 
 int RunProperties(const VerbLine& line, StandardOutput& out) {
     const bool changes = line.Has(u"title"_s) || line.Has(u"editor"_s) || line.Has(u"flags"_s);
-    OpenedSurvey opened(line, line.Argument(0), changes ? Access::Change : Access::Show);
+    OpenedSurvey opened(line, line.Argument(0), changes ? Access::Write : Access::Show);
     Survey& survey = opened.Data();
     if (line.Has(u"quota"_s)) {
         const QStringList ends = line.Value(u"quota"_s).split(u',');

@@ -56,7 +56,7 @@ int RunLines(const VerbLine& line, StandardOutput& out) {
     bool changes = false;
     for (const QString& option : {u"break"_s, u"join"_s, u"call"_s, u"no-call"_s, u"library"_s})
         changes = changes || line.Has(option);
-    OpenedSurvey opened(line, line.Argument(0), changes ? Access::Change : Access::Show);
+    OpenedSurvey opened(line, line.Argument(0), changes ? Access::Write : Access::Show);
     if (changes) {
         Edit(line, opened.Data());
         opened.Session().ChangedOn();
