@@ -1,4 +1,4 @@
-// このコンピューターに割り当てられたＩＤ: the range of IDs that this computer may issue. Modal.
+// このコンピューターに割り当てられたＩＤ: the range of IDs that this computer may give out. Modal.
 #pragma once
 
 #include <QDialog>
