@@ -15,7 +15,9 @@ enum HelpTopic {
     kHelpDialogs = 150,  // the boxes that ask for a choice, a text, questions or a folder
     kHelpProgress = 160,
     kHelpQuestion = 200,
+    kHelpNew = 210,
     kHelpAbout = 220,  // with the IDs of this computer
+    kHelpTable = 230,
     kHelpEntry = 300,
     kHelpCollect = 310,
     kHelpLines = 320,

@@ -1,11 +1,15 @@
 #include "apps/quibra/program_desk.h"
 
+#include <QEventLoop>
+
 #include "apps/quibra/frm_title.h"
 #include "conditions/windows/frm_limit.h"
 #include "core/attempt.h"
 #include "design/windows/frm_about.h"
+#include "design/windows/frm_new.h"
 #include "design/windows/frm_question.h"
 #include "design/windows/frm_quota.h"
+#include "design/windows/frm_table.h"
 #include "entry/windows/frm_add_data.h"
 #include "entry/windows/frm_collect.h"
 #include "entry/windows/frm_paragraph.h"
@@ -32,18 +36,45 @@ ProgramDesk::~ProgramDesk() {
     delete graph_;
 }
 
+void ProgramDesk::ShowNewSurvey() {
+    if (total_ && !total_->MayDiscard()) return;
+    FrmNew wizard(session_, *this, &main_);
+    newSurvey_ = &wizard;
+    wizard.exec();
+}
+
+void ProgramDesk::CloseOthers() {
+    CloseSlotEditor();
+    WindowsCloseAll(newSurvey_);
+}
+
+// In front of the wizard, where that has asked for it.
 void ProgramDesk::ShowQuestions() {
-    if (!CloseShowingDefinition(nullptr)) return;
+    if (!CloseShowingDefinition(newSurvey_)) return;
     // A question whose condition leads back to it has no depth, which its list shows.
-    Attempt(session_.ui, [this] { FrmQuestion(session_, *this, &main_).exec(); });
+    Attempt(session_.ui, [this] { FrmQuestion(session_, *this, Front()).exec(); });
+}
+
+QWidget* ProgramDesk::Front() const {
+    return newSurvey_ ? static_cast<QWidget*>(newSurvey_) : &main_;
 }
 
 void ProgramDesk::ShowAbout() {
-    FrmAbout(session_, &main_).exec();
+    FrmAbout(session_, Front()).exec();
 }
 
 void ProgramDesk::ShowQuota() {
-    FrmQuota(session_, &main_).exec();
+    FrmQuota(session_, Front()).exec();
+}
+
+void ProgramDesk::ShowTable() {
+    if (!table_) {
+        table_ = new FrmTable(session_, &main_);
+        table_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    table_->show();
+    table_->raise();
+    table_->activateWindow();
 }
 
 void ProgramDesk::ShowCollect() {
@@ -56,16 +87,23 @@ void ProgramDesk::ShowCollect() {
 void ProgramDesk::ShowLines() {
     if (!lines_) {
         caller_.SetWindow(static_cast<qint32>(main_.winId()));
-        lines_ = new FrmParagraph(session_, caller_, &main_);
+        lines_ = new FrmParagraph(session_, caller_, Front());
         lines_->setAttribute(Qt::WA_DeleteOnClose);
+        if (newSurvey_) lines_->setWindowModality(Qt::ApplicationModal);
     }
     lines_->show();
     lines_->activateWindow();
+    if (!newSurvey_) return;
+    // The next step of the wizard waits for it.
+    QEventLoop loop;
+    QObject::connect(lines_, &QObject::destroyed, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 // A window stands open only while the lock leaves its command on.
 void ProgramDesk::CloseForbidden() {
     if (!session_.menu.mnuSetLimit) CloseSlotEditor();
+    if (table_ && !session_.menu.mnuQuestions) table_->close();
     if (session_.menu.mnuStatis) return;
     if (total_) total_->close();
     if (graph_) graph_->close();

@@ -4,6 +4,7 @@
 
 #include <QPointer>
 
+#include "design/new_survey_steps.h"
 #include "entry/plugin_caller.h"
 #include "tabulation/windows/sheet_host.h"
 #include "ui/desk.h"
@@ -13,22 +14,22 @@ namespace quibra {
 class FrmAddData;
 class FrmGraph;
 class FrmLimit;
+class FrmNew;
 class FrmParagraph;
+class FrmTable;
 class FrmTotal;
 class SurveySession;
 
-class ProgramDesk : public Desk {
+class ProgramDesk : public Desk, public NewSurveyWindows {
   public:
     // Both must outlive it.
     ProgramDesk(SurveySession& session, QWidget& main);
     ~ProgramDesk() override;
 
     // What the menu items of the main window open; window_table.h names the item of each.
-    void ShowQuestions();
-    void ShowAbout();
-    void ShowQuota();
+    void ShowNewSurvey();
+    void ShowTable();
     void ShowCollect();
-    void ShowLines();
     void ShowSlotEditor();
     void ShowTotal();
     void ShowLock();
@@ -53,8 +54,16 @@ class ProgramDesk : public Desk {
     void CloseSlotEditor() override;
     bool CloseShowingDefinition(const QWidget* editor) override;
 
+    // NewSurveyWindows, and menu items of their own
+    void CloseOthers() override;
+    void ShowAbout() override;
+    void ShowQuestions() override;
+    void ShowLines() override;
+    void ShowQuota() override;
+
   private:
     FrmTotal& Total();
+    QWidget* Front() const;
     void CloseForbidden();
     FrmGraph& Graph();
 
@@ -63,6 +72,8 @@ class ProgramDesk : public Desk {
     PluginCaller caller_;
     ResultWindows results_;
     QPointer<FrmTotal> total_;
+    QPointer<FrmTable> table_;
+    QPointer<FrmNew> newSurvey_;
     QPointer<FrmGraph> graph_;
     QPointer<FrmLimit> slotEditor_;
     QPointer<FrmParagraph> lines_;

@@ -8,7 +8,7 @@ namespace quibra {
 
 std::span<const WindowRow> WindowTable() {
     static const WindowRow kRows[] = {
-        {u"mnuNewfile"_s, nullptr},
+        {u"mnuNewfile"_s, &ProgramDesk::ShowNewSurvey},
         {u"mnuMergeQB"_s, nullptr},
         {u"mnuMergeTXT"_s, nullptr},
         {u"mnuMergeCSV"_s, nullptr},
@@ -16,7 +16,7 @@ std::span<const WindowRow> WindowTable() {
         {u"mnuSaveSelect"_s, nullptr},
         {u"mnuHTMLOut"_s, nullptr},
         {u"mnuSetQuestion"_s, &ProgramDesk::ShowQuestions},
-        {u"mnuQuestions"_s, nullptr},
+        {u"mnuQuestions"_s, &ProgramDesk::ShowTable},
         {u"mnuAbout"_s, &ProgramDesk::ShowAbout},
         {u"mnuInput"_s, &ProgramDesk::ShowEntry},
         {u"mnuSetParagraph"_s, &ProgramDesk::ShowLines},

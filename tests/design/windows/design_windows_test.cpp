@@ -1,23 +1,30 @@
 // The windows of a questionnaire as a person meets them: by their keys and buttons.
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QSpinBox>
 #include <QTemporaryDir>
 
+#include "core/code_page.h"
 #include "core/settings.h"
+#include "design/question_listing.h"
 #include "design/windows/frm_about.h"
+#include "design/windows/frm_new.h"
 #include "design/windows/frm_question.h"
 #include "design/windows/frm_quota.h"
+#include "design/windows/frm_table.h"
 #include "session/survey_file.h"
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/windows/scripted_desk.h"
+#include "support/windows/scripted_steps.h"
 #include "support/windows/when_asked.h"
 #include "tree_paths.h"
 
@@ -215,6 +222,61 @@ TEST_F(DesignWindows, TheRangeOfIDsIsSortedAndBounded) {
     EXPECT_EQ(session.survey.QuotaFirst, 100);
     EXPECT_EQ(session.survey.QuotaLast, 900);
     EXPECT_EQ(SettingsRead(folder.filePath(u"quibra.ini"_s)).QuotaLast, 900);
+}
+
+TEST_F(DesignWindows, TheListingIsReadCopiedAndWritten) {
+    LoadSample();
+    FrmTable window(session);
+    Show(window);
+    EXPECT_EQ(Rows(window, u"lstQno"_s).size(), session.survey.QuestionCount);
+    QTest::keyClick(window.focusWidget(), Qt::Key_Down);
+    window.findChild<QAction*>(u"mnuListQuesCopy"_s)->trigger();
+    EXPECT_EQ(QApplication::clipboard()->text(), QuestionListing(session.survey, 1).replace(u"\r\n"_s, u"\n"_s));
+    const auto written = [&](const QString& command) {
+        user.fileAnswers = {folder.filePath(command)};
+        window.findChild<QAction*>(command)->trigger();
+        EXPECT_EQ(user.TakeTranscript().last(), u"message 0 クイブラ: 終了しました -> Ok"_s);
+        QFile file(folder.filePath(command));
+        EXPECT_TRUE(file.open(QFile::ReadOnly));
+        return DecodeCodePage(file.readAll());
+    };
+    user.questionAnswers = {0, 2};
+    EXPECT_EQ(written(u"mnuOutput"_s), QuestionsListing(session.survey, 0, 2));
+    EXPECT_EQ(written(u"mnuOutputQuestion"_s), QuestionText(session.survey));
+    // A survey that became smaller behind the window's back.
+    session.NewSurvey();
+    session.Refresh(SurveySession::Change::Definition);
+    EXPECT_EQ(Rows(window, u"lstQno"_s).size(), session.survey.QuestionCount);
+    QTest::keyClick(window.focusWidget(), Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(DesignWindows, ANewSurveyGoesThroughItsStepsToAFile) {
+    for (const bool uses : {false, true}) {
+        SCOPED_TRACE(uses);
+        LoadSample();
+        const int questions = session.survey.QuestionCount;
+        ScriptedSteps steps;
+        FrmNew window(session, steps);
+        Show(window);
+        const QWidget* base = window.findChild<QWidget*>(u"fraBase"_s);
+        EXPECT_FALSE(base->isVisible());
+        Press(window, u"cmdNext_0"_s);
+        EXPECT_TRUE(base->isVisible());
+        if (uses) Usable<QAbstractButton>(window, u"optUse"_s)->click();
+        for (int step = 0; step < 5; ++step)
+            Press(window, u"cmdNext_0"_s);
+        EXPECT_EQ(steps.shown, QStringList({u"close"_s, u"about"_s, u"questions"_s, u"lines"_s, u"quota"_s}));
+        EXPECT_EQ(window.findChild<QLabel*>(u"lblTitle"_s)->text(), u"アンケートの設定が終わりました"_s);
+        QTest::keyClick(&window, Qt::Key_Escape);  // the answer to the question is No
+        EXPECT_TRUE(window.isVisible());
+        user.fileAnswers = {folder.filePath(u"made%1.qb"_s.arg(uses))};
+        Press(window, u"cmdNext_0"_s);
+        EXPECT_FALSE(window.isVisible());
+        EXPECT_EQ(session.survey.FileName, folder.filePath(u"made%1.qb"_s.arg(uses)));
+        EXPECT_EQ(session.survey.SampleCount(), 0);
+        EXPECT_EQ(session.survey.QuestionCount == questions, uses);
+    }
 }
 
 }  // namespace

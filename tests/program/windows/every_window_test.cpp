@@ -21,9 +21,11 @@
 #include "core/help_topics.h"
 #include "design/windows/frm_about.h"
 #include "design/windows/frm_auto_q.h"
+#include "design/windows/frm_new.h"
 #include "design/windows/frm_q_anum.h"
 #include "design/windows/frm_question.h"
 #include "design/windows/frm_quota.h"
+#include "design/windows/frm_table.h"
 #include "entry/plugin_caller.h"
 #include "entry/windows/frm_add_data.h"
 #include "entry/windows/frm_collect.h"
@@ -34,6 +36,7 @@
 #include "support/qt_printers.h"
 #include "support/scripted_interface.h"
 #include "support/windows/scripted_desk.h"
+#include "support/windows/scripted_steps.h"
 #include "support/windows/when_asked.h"
 #include "tabulation/windows/frm_graph.h"
 #include "tabulation/windows/frm_total.h"
@@ -226,6 +229,9 @@ TEST_P(EveryWindow, OverASurveyServesEveryone) {
     CheckNew<FrmAutoQ>(user, FrmAutoQ::Add(), nullptr);
     CheckNew<FrmAbout>(session, nullptr);
     CheckNew<FrmQuota>(session, nullptr);
+    CheckNew<FrmTable>(session, nullptr);
+    ScriptedSteps steps;
+    CheckNew<FrmNew>(session, steps, nullptr);
     CheckNew<FrmGraph>(session, results);
     for (const int kind : {1, 2}) {
         FrmTotal total(session, results, desk);
