@@ -52,10 +52,20 @@ QStringList Rows(const QWidget& window, const QString& name) {
     return rows;
 }
 
+// Lets a test act while something long runs.
+class BusyUser : public ScriptedInterface {
+  public:
+    std::function<void()> meanwhile;
+
+    void LetEventsRun() override {
+        if (meanwhile) meanwhile();
+    }
+};
+
 class DesignWindows : public testing::Test {
   protected:
     QTemporaryDir folder;
-    ScriptedInterface user;
+    BusyUser user;
     SurveySession session{user, folder.path()};
     ScriptedDesk desk;
 
@@ -166,6 +176,27 @@ TEST_F(DesignWindows, AnEditOverSamplesAsksOnceAndIsTakenBackOrWritten) {
         EXPECT_EQ(session.survey.Questions[0].Text, limits[finish ? 1 : 0]);
         EXPECT_EQ(session.IsChanged(), finish);
     }
+}
+
+TEST_F(DesignWindows, ARewriteLeavesNothingButItsCancel) {
+    LoadSample();
+    FrmQuestion window(session, desk);
+    Show(window);
+    user.messageAnswers = {Answer::Ok, Answer::Ok, Answer::Ok, Answer::Ok};
+    Press(window, u"DeleteQuestion"_s);
+    WhenAsked([](QWidget& box) { Press(box, u"cmdOK"_s); });
+    QString caption;
+    user.meanwhile = [&] {
+        if (!caption.isEmpty()) return;
+        caption = window.findChild<QPushButton*>(u"cmdDo"_s)->text();
+        EXPECT_FALSE(window.findChild<QWidget*>(u"Frame1"_s)->isVisible());
+        EXPECT_FALSE(window.findChild<QWidget*>(u"cmdDo"_s)->isEnabled());
+        Press(window, u"cmdCancel"_s);
+    };
+    Press(window, u"cmdDo"_s);
+    EXPECT_TRUE(caption.endsWith(u'%')) << qPrintable(caption);
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(session.survey.FileName, u"保存できません"_s);
 }
 
 TEST_F(DesignWindows, TheConditionOfAQuestionIsPickedInItsEditor) {
