@@ -137,11 +137,13 @@ TEST(KilledSession, LosesTheLastSecondAtMostAndItsFileIsWhole) {
             ++sheets;
         EXPECT_GE(survey.SampleCount(), sheets);
         EXPECT_LE(survey.SampleCount(), sheets + 1);
-        const auto keys = session.Draft() ? static_cast<int>(session.Draft()->Text.size()) : 0;
+        // A sheet that was stored just before the end may still stand in the draft, too.
+        const bool stored = session.Draft() && sheets > 0 && session.Draft()->IDno == survey.Samples.IDno(sheets - 1);
+        const auto keys = session.Draft() && !stored ? static_cast<int>(session.Draft()->Text.size()) : 0;
         EXPECT_GE(std::pair(sheets, keys), std::pair(before.sheets, before.keys));
         EXPECT_LE(std::pair(sheets, keys), std::pair(last.sheets + 1, 0));
         if (session.Draft()) {
-            EXPECT_TRUE(TextOf(sheets).startsWith(session.Draft()->Text));
+            EXPECT_TRUE(TextOf(stored ? sheets - 1 : sheets).startsWith(session.Draft()->Text));
         }
     }
     EXPECT_GT(recovered, kSessions / 2);
