@@ -6,6 +6,7 @@
 
 #include "companion/answer_bits.h"
 #include "core/answer_store.h"
+#include "core/code_page.h"
 #include "core/labels.h"
 #include "core/numbers.h"
 #include "session/main_commands.h"
@@ -134,6 +135,7 @@ bool EntrySession::ApplyReply(const QString& insert) {
         TellSheetError(result, reading.Caret);
         return false;
     }
+    TellLosses(reading.Text);
     QString tail;
     if (!result.isEmpty() && reading.StopQ < survey.QuestionCount)
         tail = caller_.CallExternal(survey, shownDno_, reading.StopQ, reading.StopA);
@@ -167,6 +169,12 @@ void EntrySession::TellSheetError(const QString& message, int caret) {
     SetCaret(caret);
     view_.SetFocus(EntryControl::txtReply);
     state_.Status = message;
+}
+
+// What was typed is stored as it stands; the survey file will hold less of it.
+void EntrySession::TellLosses(const QString& typed) {
+    const QString losses = CodePageLossText(CodePageLosses(typed));
+    if (!losses.isEmpty()) state_.Status = losses;
 }
 
 void EntrySession::FillChoices(int q) {

@@ -162,6 +162,7 @@ class EntrySession : private ReplyBox {
     void FillChoices(int q);
     void UpdateViewer(int endQ);
     void TellSheetError(const QString& message, int caret);
+    void TellLosses(const QString& typed);
     QString ReadSheet(SheetReading& reading);
     qint32 WantedDno() const;
     void RemindToSave();

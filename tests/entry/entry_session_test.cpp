@@ -163,6 +163,14 @@ TEST(EntrySession, AnErrorKeepsWhatWasTypedAndStoresNothing) {
     EXPECT_EQ(rig.Words(1), u"3---"_s);
 }
 
+TEST(EntrySession, CharactersThatTheFileCannotHoldAreToldAtOnce) {
+    Rig rig(1);
+    rig.entry->TypeReply(u"1-\r\n-\r\n3/𠮷野/"_s, 0);
+    rig.entry->ReplyLostFocus();
+    EXPECT_EQ(rig.Words(0), u"1--3𠮷野-"_s);
+    EXPECT_EQ(rig.entry->State().Status, u"10文字目「𠮷」は「?」になります。"_s);
+}
+
 TEST(EntrySession, SamplesAreFoundDroppedDeletedAndRenamed) {
     Rig rig(4);
     EntrySession& entry = *rig.entry;
