@@ -21,6 +21,7 @@ enum HelpTopic {
     kHelpEntry = 300,
     kHelpCollect = 310,
     kHelpLines = 320,
+    kHelpAnswer = 330,
     kHelpLimit = 400,
     kHelpTotal = 500,
     kHelpResult = 510,

@@ -11,6 +11,7 @@
 #include "design/windows/frm_quota.h"
 #include "design/windows/frm_table.h"
 #include "entry/windows/frm_add_data.h"
+#include "entry/windows/frm_answer.h"
 #include "entry/windows/frm_collect.h"
 #include "entry/windows/frm_paragraph.h"
 #include "session/survey_session.h"
@@ -197,12 +198,17 @@ void ProgramDesk::ShowEntry() {
 
 void ProgramDesk::ShowImport() {}
 
-void ProgramDesk::ShowSample(qint32, int) {
-    TellAbsent();
+void ProgramDesk::ShowSample(qint32 dno, int endQno) {
+    if (!answer_) {
+        answer_ = new FrmAnswer(session_, &main_);
+        answer_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    answer_->ShowSample(dno, endQno);
+    answer_->show();
 }
 
 bool ProgramDesk::IsSampleShown() const {
-    return false;
+    return answer_ && answer_->isVisible();
 }
 
 void ProgramDesk::ShowChart() {

@@ -12,6 +12,7 @@
 namespace quibra {
 
 class FrmAddData;
+class FrmAnswer;
 class FrmGraph;
 class FrmLimit;
 class FrmNew;
@@ -78,6 +79,7 @@ class ProgramDesk : public Desk, public NewSurveyWindows {
     QPointer<FrmLimit> slotEditor_;
     QPointer<FrmParagraph> lines_;
     QPointer<FrmAddData> entry_;
+    QPointer<FrmAnswer> answer_;
 };
 
 }  // namespace quibra

@@ -28,6 +28,7 @@
 #include "design/windows/frm_table.h"
 #include "entry/plugin_caller.h"
 #include "entry/windows/frm_add_data.h"
+#include "entry/windows/frm_answer.h"
 #include "entry/windows/frm_collect.h"
 #include "entry/windows/frm_paragraph.h"
 #include "session/survey_file.h"
@@ -66,6 +67,7 @@ const QList<QStringList> kShared = {
     {u"cmdQAnum 変更(&N)"_s, u"chkStatus_1 数量付き(&N)"_s},
     {u"chkStatus_5 複数選択(&M)"_s, u"DeleteChoice 選択肢削除(&M)"_s},
     {u"optCon_1 記述/数量/コードがあるもの(&E)"_s, u"optCon_2 記述(&E)"_s},
+    {u"cmdChangeFromQ 変更(&C)"_s, u"cmdClose 閉じる(&C)"_s},
     {u"lblInsert 質問を選んで (&S)"_s, u"lblRemove ■を選んで (&S)"_s},
     {u"optCon_3 数量(&N)"_s, u"cmdTotal_3 新規作成(&N)"_s},
 };
@@ -223,6 +225,7 @@ TEST_P(EveryWindow, OverASurveyServesEveryone) {
     CheckNew<FrmParagraph>(session, caller);
     CheckNew<FrmCollect>(user, qint16{15}, nullptr);
     CheckNew<FrmAddData>(session, caller, desk);
+    CheckNew<FrmAnswer>(session);
     CheckNew<FrmLimit>(session, LimitList(), qint16{0});
     CheckNew<FrmQuestion>(session, desk);
     CheckNew<FrmQAnum>(user, 3, 1, 12, nullptr);
