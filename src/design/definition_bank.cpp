@@ -1,5 +1,7 @@
 #include "design/definition_bank.h"
 
+#include <utility>
+
 namespace quibra {
 
 namespace {
@@ -29,6 +31,13 @@ void DefinitionBank::LoadInto(Survey& survey) const {
         survey.SampleRecBytes = sizes[3];
         throw;
     }
+}
+
+void DefinitionBank::Exchange(Survey& survey) noexcept {
+    std::swap(QuestionCount, survey.QuestionCount);
+    std::swap(Questions, survey.Questions);
+    std::swap(Choices, survey.Choices);
+    std::swap(QLimit, survey.QLimit);
 }
 
 }  // namespace quibra

@@ -21,6 +21,8 @@ struct DefinitionBank {
     // Makes this the survey's definition and computes its layout; the samples keep theirs. Run-time error 6, and a
     // survey as it was, when a size of the layout leaves 16 bits.
     void LoadInto(Survey& survey) const;
+    // Exchanges the definitions, not the layout. Needs no memory.
+    void Exchange(Survey& survey) noexcept;
 };
 
 }  // namespace quibra

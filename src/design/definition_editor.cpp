@@ -54,10 +54,13 @@ int MostSymbols(int kind) {
 DefinitionEditor::DefinitionEditor(SurveySession& session, DefinitionWindows& windows)
     : session_(session), survey_(session.survey), ui_(session.ui), windows_(windows), loaded_(session.survey) {
     RecalcQLimitDepth(survey_);
+    session_.SetEdit(this);
 }
 
 DefinitionEditor::~DefinitionEditor() {
-    if (!closed_) loaded_.LoadInto(survey_);
+    if (closed_) return;
+    loaded_.LoadInto(survey_);
+    Close();
 }
 
 QStringList DefinitionEditor::QuestionRows() const {

@@ -17,7 +17,7 @@
 #include "core/limit_list.h"
 #include "design/definition_bank.h"
 #include "design/renumbering.h"
-#include "session/survey_session.h"
+#include "session/unfinished_edit.h"
 
 namespace quibra {
 
@@ -40,10 +40,10 @@ enum class EditorOutcome {
     Broken,  // the window closes on a survey that may not be saved any more: its rewrite was stopped
 };
 
-class DefinitionEditor {
+class DefinitionEditor : private UnfinishedEdit {
   public:
     DefinitionEditor(SurveySession& session, DefinitionWindows& windows);
-    ~DefinitionEditor();
+    ~DefinitionEditor() override;
     DefinitionEditor(const DefinitionEditor&) = delete;
     DefinitionEditor& operator=(const DefinitionEditor&) = delete;
 
@@ -123,7 +123,11 @@ class DefinitionEditor {
     bool IsBusy() const { return work_ != Work::None; }
 
   private:
-    enum class Work { None, Rewriting, Committing, Reassigning };
+    enum class Work { None, Rewriting, Committing, Reassigning, SetAside };
+
+    bool SetAside() noexcept override;
+    void TakeUp() noexcept override;
+    void Close();
 
     void InsertEmptyQuestion(int choices);
     void CopyQuestion(int source);
@@ -142,7 +146,7 @@ class DefinitionEditor {
     Survey& survey_;
     UserInterface& ui_;
     DefinitionWindows& windows_;
-    const DefinitionBank loaded_;
+    DefinitionBank loaded_;
     StructureMaps maps_;
     int question_ = 0;
     int choice_ = 1;

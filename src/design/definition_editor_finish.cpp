@@ -30,7 +30,7 @@ EditorOutcome DefinitionEditor::Finish() {
     } catch (const std::bad_alloc&) {
         throw RuntimeError(kErrorOutOfMemory);
     }
-    closed_ = true;
+    Close();
     if (stopped_) return EditorOutcome::Broken;
     if (structureChanged_ || survey_.QuestionCount == 1) ResetLineTable();
     survey_.PreLimit = {};
@@ -104,7 +104,8 @@ EditorOutcome DefinitionEditor::Cancel() {
             if (ui_.Message(u"中止しますか？"_s, kOkCancel + kWarning + kSecondDefault) == Answer::Ok) stopped_ = true;
             return EditorOutcome::Open;
         case Work::Committing:
-            return EditorOutcome::Open;  // too late to stop anything
+        case Work::SetAside:
+            return EditorOutcome::Open;  // nothing that could be stopped
         case Work::None:
             break;
     }
@@ -112,9 +113,27 @@ EditorOutcome DefinitionEditor::Cancel() {
         Answer::Ok)
         return EditorOutcome::Open;
     loaded_.LoadInto(survey_);
-    closed_ = true;
+    Close();
     session_.Refresh(SurveySession::Change::Definition);
     return EditorOutcome::Done;
+}
+
+void DefinitionEditor::Close() {
+    closed_ = true;
+    session_.SetEdit(nullptr);
+}
+
+// Texts alone, and a survey without samples, may be written as they are. While other work runs the definition fits.
+bool DefinitionEditor::SetAside() noexcept {
+    if (!changed_ || survey_.SampleCount() == 0 || work_ != Work::None) return false;
+    loaded_.Exchange(survey_);
+    work_ = Work::SetAside;
+    return true;
+}
+
+void DefinitionEditor::TakeUp() noexcept {
+    loaded_.Exchange(survey_);
+    work_ = Work::None;
 }
 
 }  // namespace quibra

@@ -8,6 +8,7 @@
 
 #include "core/runtime_error.h"
 #include "core/survey_writer.h"
+#include "session/unfinished_edit.h"
 
 using namespace Qt::StringLiterals;
 
@@ -94,8 +95,8 @@ void Journal::OnSampleChange(const SampleChangeRecord& record) {
 }
 
 void Journal::OnStateChanged() {
-    // Before the first step a load may be under way.
-    if (definition_ == 0 || !session_.IsChanged() || session_.IsDead()) return;
+    // Before the first step a load may be under way. An edit tells when it is done.
+    if (definition_ == 0 || session_.Edit() || !session_.IsChanged() || session_.IsDead()) return;
     // Another shape comes with the record of its rewrite, unless there is nothing to rewrite.
     const Survey& survey = session_.survey;
     const bool fits = ShapeOf(survey) == shape_ || survey.SampleCount() == 0;
@@ -142,6 +143,7 @@ bool Journal::Start() {
 }
 
 void Journal::AppendDefinition() {
+    const WholeSurvey whole(session_);
     const Survey& survey = session_.survey;
     definition_ = DefinitionOf(survey);
     shape_ = ShapeOf(survey);

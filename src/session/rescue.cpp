@@ -8,6 +8,7 @@
 #include "core/survey_format.h"
 #include "core/survey_writer.h"
 #include "core/whole_file.h"
+#include "session/unfinished_edit.h"
 
 using namespace Qt::StringLiterals;
 
@@ -41,6 +42,7 @@ QString Stamp(const QDateTime& time) {
 QString WriteRescueFile(const SurveySession& session) noexcept {
     // A survey that is being loaded, or broke off in a load, is nobody's work, whatever the lock says of it.
     if (!session.IsChanged() || session.IsDead() || session.IsLoading()) return QString();
+    const WholeSurvey whole(session);
     const QFileInfo original(session.survey.FileName);
     const QString name = original.completeBaseName() + u".rescue-"_s + Stamp(QDateTime::currentDateTime()) + u".qb"_s;
     for (const QDir& folder : {original.dir(), QDir::home()}) {

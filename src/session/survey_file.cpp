@@ -11,6 +11,7 @@
 #include "core/survey_reader.h"
 #include "core/survey_writer.h"
 #include "session/survey_exchange.h"
+#include "session/unfinished_edit.h"
 
 using namespace Qt::StringLiterals;
 
@@ -307,6 +308,7 @@ bool SurveySave(SurveySession& session, const QString& path, const std::vector<q
         if (replaces && IsWriteProtected(path)) throw RuntimeError(kErrorPermission);
         if (!MayReplace(session, path)) return;
         exchange.emplace(path);
+        const WholeSurvey whole(session);
         saved = WriteWhole(session, *exchange, places);
         if (saved) {
             Survey& survey = session.survey;

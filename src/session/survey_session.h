@@ -18,6 +18,7 @@
 namespace quibra {
 
 struct Settings;
+class UnfinishedEdit;
 
 class SurveySession : public QObject {
     Q_OBJECT
@@ -50,6 +51,10 @@ class SurveySession : public QObject {
     // The sheet that is being typed, while it is not read yet.
     const std::optional<SheetDraft>& Draft() const { return draft_; }
     void SetDraft(const std::optional<SheetDraft>& draft);
+
+    // The edit that is open, null while none is; whoever writes the survey looks through session/unfinished_edit.h.
+    UnfinishedEdit* Edit() const { return edit_; }
+    void SetEdit(UnfinishedEdit* edit) { edit_ = edit; }
 
     void NewSurvey();
     // The data in memory are no longer to be trusted: nothing may be saved or shown.
@@ -105,6 +110,7 @@ class SurveySession : public QObject {
     QString directory_;
     QString settingsPath_;
     std::optional<SheetDraft> draft_;
+    UnfinishedEdit* edit_ = nullptr;
     bool loading_ = false;
     std::optional<FileLock> held_;
     QString rememberedPath_;

@@ -152,6 +152,7 @@ void FrmQuestion::reject() {
 }
 
 void FrmQuestion::Edit(const std::function<void()>& edit) {
+    if (editor_.IsBusy()) return;
     StoreTexts();
     Attempt(session_.ui, edit);
     RefreshAll();
