@@ -9,6 +9,7 @@
 #include "core/code_page.h"
 #include "core/labels.h"
 #include "design/editor_rig.h"
+#include "session/rescue.h"
 #include "support/error_of.h"
 #include "support/qt_printers.h"
 #include "support/survey_builder.h"
@@ -228,6 +229,24 @@ TEST_F(Editor, RenumbersConditionLinesToTheLetter) {
             EXPECT_EQ(survey.QLimit(static_cast<int>(k) + 1, asker).b, edit.after[k].b) << k;
         }
     }
+}
+
+// What is written in the middle of an edit is the survey as it was, and the edit goes on.
+TEST_F(Editor, RescuesTheSurveyBeforeTheEdit) {
+    const QTemporaryDir folder;
+    Open(People());
+    Data().FileName = folder.filePath(u"a.qb"_s);
+    const QByteArray before = WriteSurveyBytes(Data());
+    rig->ui.messageAnswers = {Answer::Ok, Answer::Ok};
+    editor->SelectQuestion(2);
+    editor->SelectChoice(1);
+    editor->DeleteChoice();
+    ASSERT_TRUE(editor->IsChanged());
+    const Survey edited = Data();
+    rig->session.ChangedOn();
+    EXPECT_EQ(FileBytes(WriteRescueFile(rig->session)), before);
+    EXPECT_TRUE(SameDefinition(Data(), edited));
+    EXPECT_FALSE(editor->IsBusy());
 }
 
 TEST_F(Editor, MovesInTheHierarchyByCopyingConditions) {
