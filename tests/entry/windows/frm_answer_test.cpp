@@ -26,11 +26,11 @@ TEST(FrmAnswer, ASampleIsReadInWordsFromTheQuestionChosen) {
     window.show();
     EXPECT_EQ(text(), "");
     window.ShowSample(0, 1);
-    EXPECT_EQ(text(), "年齢  : (2)老い\n");
+    EXPECT_EQ(text(), "年齢 : (2)老い\n");
     window.ShowSample(0, 2);
     ui.questionAnswers = {-1, 1};
     Press(&window, u"cmdChangeFromQ"_s);
-    EXPECT_EQ(text(), "年齢  : (2)老い\n学校  : (1)高校\n");
+    EXPECT_EQ(text(), "年齢 : (2)老い\n学校 : (1)高校\n");
     Press(&window, u"cmdChangeFromQ"_s);
     Mark(&window, u"chkQ"_s);
     EXPECT_EQ(text(), "学校 学校は\n---- (1)高校\n\n");
