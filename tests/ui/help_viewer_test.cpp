@@ -34,8 +34,8 @@ TEST(HelpBook, EveryTopicHasAPageAndEveryLinkLeadsToOne) {
             EXPECT_TRUE(book.PageNamed(link.captured(1))) << qPrintable(link.captured(1));
     }
     for (const int topic : {kHelpContents, kHelpFirstSteps, kHelpMain, kHelpFiles, kHelpLoadFailure, kHelpLock,
-                            kHelpSettings, kHelpDialogs, kHelpProgress, kHelpLines, kHelpLimit, kHelpTotal, kHelpResult, kHelpEssay,
-                            kHelpOutput, kHelpCommandLine, kHelpKeys, kHelpGlossary})
+                            kHelpSettings, kHelpDialogs, kHelpProgress, kHelpLines, kHelpLimit, kHelpTotal, kHelpResult,
+                            kHelpEssay, kHelpOutput, kHelpCommandLine, kHelpKeys, kHelpGlossary})
         EXPECT_TRUE(topics.contains(topic)) << topic;
 }
 
