@@ -106,6 +106,7 @@ void ProgramDesk::CloseForbidden() {
     if (!session_.menu.mnuSetLimit) CloseSlotEditor();
     if (table_ && !session_.menu.mnuQuestions) table_->close();
     if (session_.menu.mnuStatis) return;
+    if (answer_) answer_->close();
     if (total_) total_->close();
     if (graph_) graph_->close();
     for (FrmGridBase* sheet : results_.All())
