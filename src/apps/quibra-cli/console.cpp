@@ -18,12 +18,16 @@ void RefuseUsage(const QString& reason) {
     throw Refusal{reason, kWrongUsage};
 }
 
+void OpenStandardInput(QFile& input) {
+    static bool taken = false;
+    if (std::exchange(taken, true)) RefuseUsage(u"標準入力（-）は一度しか読めません"_s);
+    if (!input.open(stdin, QIODevice::ReadOnly)) throw Refusal{u"標準入力を読めません"_s};
+}
+
 std::unique_ptr<QIODevice> OpenInput(const QString& path) {
     if (path == u"-") {
-        static bool taken = false;
-        if (std::exchange(taken, true)) RefuseUsage(u"標準入力（-）は一度しか読めません"_s);
         QFile input;
-        if (!input.open(stdin, QIODevice::ReadOnly)) throw Refusal{u"標準入力を読めません"_s};
+        OpenStandardInput(input);
         auto whole = std::make_unique<QBuffer>();
         whole->setData(input.readAll());
         whole->open(QIODevice::ReadOnly);

@@ -2,7 +2,7 @@
 // output, messages to standard error, both as UTF-8.
 #pragma once
 
-#include <QIODevice>
+#include <QFile>
 #include <QString>
 #include <memory>
 
@@ -16,6 +16,9 @@ struct Refusal {
     ExitStatus status = kRefused;
 };
 [[noreturn]] void RefuseUsage(const QString& reason);
+
+// Opens standard input; refuses one that can't be read, and a second time.
+void OpenStandardInput(QFile& input);
 
 // A file to read from its start, or standard input, taken whole, when its name is "-". Refuses what can't be read, and
 // standard input a second time.

@@ -1,6 +1,7 @@
 // list, questions, properties, measure and new: the questionnaire as text, and what is said of a survey as a whole.
 #include <QFileInfo>
 
+#include "apps/quibra-cli/json_lines.h"
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/recorded_interface.h"
 #include "apps/quibra-cli/verbs.h"
@@ -16,10 +17,6 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 namespace {
-
-void PrintJson(StandardOutput& out, const Json& json) {
-    out.Print(QByteArray::fromStdString(json.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n');
-}
 
 std::string Utf8(const QString& text) {
     return text.toStdString();

@@ -1,8 +1,8 @@
 // edit: the question editor, driven by commands from standard input.
-#include <QFile>
 #include <QFileInfo>
 #include <map>
 
+#include "apps/quibra-cli/json_lines.h"
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/recorded_interface.h"
 #include "apps/quibra-cli/verbs.h"
@@ -325,7 +325,8 @@ Json EditRun::State() const {
 }
 
 int RunEdit(const VerbLine& line, StandardOutput& out) {
-    OpenedSurvey opened(line, line.Argument(0), Access::Change);
+    const bool inPlace = line.Arguments().size() < 2;
+    OpenedSurvey opened(line, line.Argument(0), inPlace ? Access::Write : Access::Change);
     CommandUser user;
     SurveySession session(user, ProgramDirectory());
     session.survey = std::move(opened.Data());
@@ -334,22 +335,20 @@ int RunEdit(const VerbLine& line, StandardOutput& out) {
     bool finished = false;
     {
         EditRun run(session, user);
-        QFile in;
-        if (!in.open(stdin, QIODevice::ReadOnly)) throw RuntimeError(kErrorDeviceIo);
+        CommandLines lines;
         EditorOutcome outcome = EditorOutcome::Open;
-        for (int number = 1; outcome == EditorOutcome::Open; ++number) {
-            const QByteArray text = in.readLine();
-            if (text.isEmpty()) break;
-            if (text.trimmed().isEmpty()) continue;
+        while (outcome == EditorOutcome::Open) {
+            const std::optional<QByteArray> text = lines.Next();
+            if (!text) break;
             Json state;
             try {
-                outcome = run.Do(ParseJson(text));
+                outcome = run.Do(ParseJson(*text));
             } catch (const RuntimeError& error) {
-                ErrorLine(u"%1行目: "_s.arg(number) + error.Text());
+                ErrorLine(u"%1行目: "_s.arg(lines.Number()) + error.Text());
                 state["Error"] = error.Number();
             }
             state.update(run.State());
-            out.Print(QByteArray::fromStdString(state.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n');
+            PrintJson(out, state);
         }
         finished = run.IsFinished();
     }

@@ -1,9 +1,8 @@
 // entry: keying in, a command a line and a line of state for each.
-#include <QFile>
-#include <cstdio>
 #include <map>
 #include <memory>
 
+#include "apps/quibra-cli/json_lines.h"
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/recorded_interface.h"
 #include "apps/quibra-cli/verbs.h"
@@ -246,7 +245,7 @@ std::unique_ptr<OpenedSurvey> Open(const VerbLine& line, RecordedInterface& boxe
             ErrorLine(QString::fromStdString(box.value("Text", std::string())));
     };
     try {
-        auto opened = std::make_unique<OpenedSurvey>(line, line.Argument(0), Access::Change, &boxes);
+        auto opened = std::make_unique<OpenedSurvey>(line, line.Argument(0), Access::Write, &boxes);
         tell();
         return opened;
     } catch (const Refusal&) {
@@ -273,18 +272,14 @@ int RunEntry(const VerbLine& line, StandardOutput& out) {
         RestoreLeft(session, *journal, folder);
     }
     EntryCommands commands(session, boxes);
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly)) throw Refusal{u"標準入力を読めません"_s};
-    for (int number = 1; !input.atEnd(); ++number) {
-        const QByteArray text = input.readLine().trimmed();
-        if (text.isEmpty()) continue;
-        const Json command = Json::parse(text.begin(), text.end(), nullptr, false);
+    CommandLines lines;
+    while (const std::optional<QByteArray> text = lines.Next()) {
+        const Json command = Json::parse(text->begin(), text->end(), nullptr, false);
         try {
             if (command.is_discarded()) RefuseCommand(u"JSON ではありません"_s);
-            const Json state = commands.Do(command);
-            out.Print(QByteArray::fromStdString(state.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n');
+            PrintJson(out, commands.Do(command));
         } catch (const Refusal& refusal) {
-            throw Refusal{u"%1行目: %2"_s.arg(number).arg(refusal.reason), refusal.status};
+            throw Refusal{u"%1行目: %2"_s.arg(lines.Number()).arg(refusal.reason), refusal.status};
         }
     }
     const bool closed = commands.CloseWindow();

@@ -1,6 +1,7 @@
 // sheet, parse and check: the answer sheet without its window, and the checks of answers over all samples.
 #include <cstdio>
 
+#include "apps/quibra-cli/json_lines.h"
 #include "apps/quibra-cli/opened_survey.h"
 #include "apps/quibra-cli/recorded_interface.h"
 #include "apps/quibra-cli/verbs.h"
@@ -16,10 +17,6 @@ using namespace Qt::StringLiterals;
 namespace quibra {
 
 namespace {
-
-void PrintLine(StandardOutput& out, const Json& object) {
-    out.Print(QByteArray::fromStdString(object.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n');
-}
 
 std::string Utf8(const QString& text) {
     return text.toStdString();
@@ -59,7 +56,7 @@ int RunSheet(const VerbLine& line, StandardOutput& out) {
     const SheetText sheet = BuildAnswerSheet(survey, dno, stopQ, stopA, look, caretQ, line.Value(u"tail"_s));
     const QString format = line.Value(u"format"_s);
     if (format == u"json")
-        PrintLine(out,
+        PrintJson(out,
                   {{"Text", Utf8(sheet.Text)}, {"Rtf", Utf8(SheetRtf(sheet, look))}, {"CaretOut", sheet.CaretOut}});
     else
         out.Print(format == u"rtf" ? SheetRtf(sheet, look) : sheet.Text);
@@ -104,7 +101,7 @@ int RunParse(const VerbLine& line, StandardOutput& out) {
     result["Caret"] = reading.Caret;
     result["CaretQ"] = reading.CaretQ;
     result["Boxes"] = boxes.TakeBoxes();
-    PrintLine(out, result);
+    PrintJson(out, result);
     if (!save || status != kDone) return status;
     session.ChangedOn();
     return opened.Save(out);
@@ -133,7 +130,7 @@ bool CheckSamples(SurveySession& session, bool fix, StandardOutput& out) {
         change.Open(dno);
         changed |= CheckSample(survey, dno, working, true, &messages);
         Json said = messages.Take();
-        if (!said.empty()) PrintLine(out, {{"IDno", survey.Samples.IDno(dno)}, {"Messages", std::move(said)}});
+        if (!said.empty()) PrintJson(out, {{"IDno", survey.Samples.IDno(dno)}, {"Messages", std::move(said)}});
     });
     return changed && fix;
 }
