@@ -203,6 +203,7 @@ void ProgramDesk::ShowSample(qint32 dno, int endQno) {
     if (!answer_) {
         answer_ = new FrmAnswer(session_, &main_);
         answer_->setAttribute(Qt::WA_DeleteOnClose);
+        answer_->setAttribute(Qt::WA_ShowWithoutActivating);  // whoever goes from row to row stays there
     }
     answer_->ShowSample(dno, endQno);
     answer_->show();

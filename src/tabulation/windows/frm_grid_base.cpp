@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "core/answer_store.h"
 #include "core/attempt.h"
 #include "core/help_topics.h"
 #include "core/labels.h"
@@ -40,6 +41,8 @@ constexpr qint64 kQuickCalls = 1'000'000;
 constexpr int kMostCallsBetweenLooks = 64;
 // Milliseconds in which a desktop shows a window, unless something is wrong with it.
 constexpr qint64 kDesktopPatience = 100;
+// Of an essay list, behind the lines that tell what it is a list of.
+constexpr int kFirstPersonRow = 4;
 
 double PointsOf(const QWidget* widget) {
     return QFontInfo(widget->font()).pointSizeF();
@@ -223,7 +226,19 @@ void FrmGridBase::Grid_CurrentCellChange() {
     if (totals_) return;
     ui_->txtGrid->setText(ui_->Grid->CurrentText());
     ui_->txtGrid->setCursorPosition(0);
+    ShowPersonOfRow();
     SendChart();
+}
+
+void FrmGridBase::ShowPersonOfRow() {
+    const QModelIndex cell = ui_->Grid->currentIndex();
+    if (sheet_.result.option.TotalKind != kEssayList || cell.column() != 0) return;
+    if (cell.row() < kFirstPersonRow || cell.row() >= sheet_.grid.Rows() - 1) return;
+    const QString id = ui_->Grid->CurrentText();
+    if (id.isEmpty()) return;
+    Attempt(session_.ui, [&] {
+        desk_.ShowSample(DnoOfID(session_.survey, RoundToInt32(LeadingNumber(id))), session_.survey.QuestionCount);
+    });
 }
 
 void FrmGridBase::Started() {

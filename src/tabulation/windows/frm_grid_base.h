@@ -81,6 +81,8 @@ class FrmGridBase : public QMainWindow, private TotalMonitor {
     void CopySelection();
     QString WriteResult(const QString& path, const std::function<QByteArray()>& bytes);
     void RunTool(const std::function<void()>& tool);
+    // In an essay list, the person whose number is selected comes up in words.
+    void ShowPersonOfRow();
     void SendChart();
     void ShowView(const TotalView& view);
     void mnuEssayTotal_Click();

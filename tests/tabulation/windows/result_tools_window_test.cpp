@@ -15,6 +15,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "core/answer_store.h"
 #include "session/survey_file.h"
 #include "session/survey_session.h"
 #include "support/qt_printers.h"
@@ -137,6 +138,21 @@ TEST_F(ResultTools, CountTextsAndSearchThemByWordsAndNumbers) {
     Trigger("mnuSearchNumber");
     EXPECT_EQ(user.Lines(u"input"_s).size(), 3);
     EXPECT_FALSE(user.IsBusy());
+}
+
+TEST_F(ResultTools, ShowThePersonWhoseNumberIsSelected) {
+    Essays(7);
+    desk.TakeAsked();
+    const int last = form->Sheet().grid.Rows() - 1;
+    // Headings and the closing line name nobody, and neither does another column.
+    for (const auto& [column, row] : {std::pair(0, 3), {0, 4}, {1, 5}, {0, 5}, {0, last}, {0, last - 1}})
+        GoTo(column, row);
+    const qint32 lastDno = DnoOfID(session.survey, Cell(0, last - 1).toInt());
+    EXPECT_EQ(desk.TakeAsked(), (QStringList{u"sample 0 before Q32"_s, u"sample 1 before Q32"_s,
+                                             u"sample %1 before Q32"_s.arg(lastDno)}));
+    Table();
+    GoTo(0, 5);
+    EXPECT_EQ(desk.TakeAsked(), QStringList());
 }
 
 TEST_F(ResultTools, LeadFromACellToItsEssays) {
