@@ -24,6 +24,10 @@ class LossList {
 
 }  // namespace
 
+QString EssayPlace(int q, int choice) {
+    return u"Q%1 の選択肢 %2 の記述"_s.arg(q + 1).arg(choice);
+}
+
 QList<TextLosses> SurveyLosses(const Survey& survey) {
     LossList list;
     list.Look(survey.Title, [] { return u"Title"_s; });

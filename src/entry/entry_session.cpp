@@ -1,6 +1,7 @@
 #include "entry/entry_session.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -9,6 +10,7 @@
 #include "core/code_page.h"
 #include "core/labels.h"
 #include "core/numbers.h"
+#include "core/survey_losses.h"
 #include "session/main_commands.h"
 
 using namespace Qt::StringLiterals;
@@ -173,8 +175,27 @@ void EntrySession::TellSheetError(const QString& message, int caret) {
 
 // What was typed is stored as it stands; the survey file will hold less of it.
 void EntrySession::TellLosses(const QString& typed) {
-    const QString losses = CodePageLossText(CodePageLosses(typed));
-    if (!losses.isEmpty()) state_.Status = losses;
+    const QString losses = CodePageLosses(typed).isEmpty() ? QString() : LossesOfSample();
+    if (!losses.isEmpty())
+        state_.Status = losses;
+    else if (state_.Status == toldLosses_)
+        state_.Status.clear();
+    toldLosses_ = losses;
+}
+
+// Of the first essay that loses something.
+QString EntrySession::LossesOfSample() {
+    std::array<qint16, kMaxAnswers> choices{};
+    std::array<QString, kMaxAnswers> essays;
+    for (int q = 0; q < Data().QuestionCount; ++q) {
+        qint16 count = 0;
+        GetAnswersEssay(Data(), shownDno_, q, count, choices.data(), essays.data());
+        for (size_t a = 0; a < static_cast<size_t>(count); ++a) {
+            const QString losses = CodePageLossText(CodePageLosses(essays[a]));
+            if (!losses.isEmpty()) return EssayPlace(q, choices[a]) + u'：' + losses;
+        }
+    }
+    return QString();
 }
 
 void EntrySession::FillChoices(int q) {

@@ -163,6 +163,7 @@ class EntrySession : private ReplyBox {
     void UpdateViewer(int endQ);
     void TellSheetError(const QString& message, int caret);
     void TellLosses(const QString& typed);
+    QString LossesOfSample();
     QString ReadSheet(SheetReading& reading);
     qint32 WantedDno() const;
     void RemindToSave();
@@ -181,6 +182,7 @@ class EntrySession : private ReplyBox {
     // was deleted or moved until the next one is shown.
     qint32 shownDno_ = -1;
     bool unread_ = false;  // the box has what is stored nowhere: the session keeps it as its draft
+    QString toldLosses_;   // what the status line said of them last
     int viewerEnd_ = 0;    // the question in front of which the viewer stops
     int updates_ = 0;      // calls under way, of which the outermost refreshes the window
 };

@@ -168,7 +168,10 @@ TEST(EntrySession, CharactersThatTheFileCannotHoldAreToldAtOnce) {
     rig.entry->TypeReply(u"1-\r\n-\r\n3/𠮷野/"_s, 0);
     rig.entry->ReplyLostFocus();
     EXPECT_EQ(rig.Words(0), u"1--3𠮷野-"_s);
-    EXPECT_EQ(rig.entry->State().Status, u"10文字目「𠮷」は「?」になります。"_s);
+    EXPECT_EQ(rig.entry->State().Status, u"Q3 の選択肢 3 の記述：1文字目「𠮷」は「?」になります。"_s);
+    rig.entry->TypeReply(u"1-\r\n-\r\n3/吉野/"_s, 0);
+    rig.entry->ReplyLostFocus();
+    EXPECT_EQ(rig.entry->State().Status, QString()) << "gone with the character";
 }
 
 TEST(EntrySession, SamplesAreFoundDroppedDeletedAndRenamed) {

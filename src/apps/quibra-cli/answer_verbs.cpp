@@ -123,7 +123,7 @@ int RunGet(const VerbLine& line, StandardOutput& out) {
 void CheckLosses(SurveySession& session, int q, const Answers& answers) {
     QList<TextLosses> texts;
     for (int i = 0; i < answers.count; ++i)
-        texts.append({u"Q%1 の選択肢 %2 の記述"_s.arg(q + 1).arg(answers.choices[static_cast<size_t>(i)]),
+        texts.append({EssayPlace(q, answers.choices[static_cast<size_t>(i)]),
                       CodePageLosses(answers.texts[static_cast<size_t>(i)])});
     if (!AgreesToLosses(session.ui, texts)) throw Refusal{QString()};
 }
