@@ -46,7 +46,7 @@ int RunQuestions(const VerbLine& line, StandardOutput& out) {
 }
 
 int RunProperties(const VerbLine& line, StandardOutput& out) {
-    const bool changes = line.Has(u"title"_s) || line.Has(u"editor"_s) || line.Has(u"flags"_s);
+    const bool changes = line.Changes({u"title"_s, u"editor"_s, u"flags"_s});
     OpenedSurvey opened(line, line.Argument(0), changes ? Access::Write : Access::Show);
     Survey& survey = opened.Data();
     if (line.Has(u"quota"_s)) {

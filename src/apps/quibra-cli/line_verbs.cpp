@@ -53,9 +53,7 @@ QString RowsText(Survey& survey) {
 }
 
 int RunLines(const VerbLine& line, StandardOutput& out) {
-    bool changes = false;
-    for (const QString& option : {u"break"_s, u"join"_s, u"call"_s, u"no-call"_s, u"library"_s})
-        changes = changes || line.Has(option);
+    const bool changes = line.Changes({u"break"_s, u"join"_s, u"call"_s, u"no-call"_s, u"library"_s});
     OpenedSurvey opened(line, line.Argument(0), changes ? Access::Write : Access::Show);
     if (changes) {
         Edit(line, opened.Data());

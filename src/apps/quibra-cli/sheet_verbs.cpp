@@ -136,8 +136,7 @@ bool CheckSamples(SurveySession& session, bool fix, StandardOutput& out) {
 }
 
 int RunCheck(const VerbLine& line, StandardOutput& out) {
-    const bool fix = line.Has(u"fix"_s);
-    if (fix && line.Argument(0) == u"-") RefuseUsage(u"--fix は標準入力のアンケートには使えません"_s);
+    const bool fix = line.Changes({u"fix"_s});
     OpenedSurvey opened(line, line.Argument(0), fix ? Access::Write : Access::Show);
     SurveySession& session = opened.Session();
     const qint16 own = session.survey.CorrectFlags;

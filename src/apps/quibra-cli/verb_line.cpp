@@ -1,5 +1,7 @@
 #include "apps/quibra-cli/verb_line.h"
 
+#include <algorithm>
+
 #include "core/answer_store.h"
 #include "core/typed_number.h"
 
@@ -102,6 +104,13 @@ void VerbLine::AllowOneOf(const QStringList& options) const {
     for (const QString& option : options)
         if (Has(option)) given += u"--"_s + option;
     if (given.size() > 1) RefuseUsage(u"一緒には使えません: "_s + given.join(u' '));
+}
+
+bool VerbLine::Changes(const QStringList& options) const {
+    const auto given = std::ranges::find_if(options, [this](const QString& option) { return Has(option); });
+    if (given == options.end()) return false;
+    if (Argument(0) == u"-") RefuseUsage(u"--%1 は標準入力のアンケートには使えません"_s.arg(*given));
+    return true;
 }
 
 int QuestionArgument(const Survey& survey, const QString& text) {

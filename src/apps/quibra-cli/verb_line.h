@@ -30,6 +30,9 @@ class VerbLine {
     QStringList Arguments() const { return parser_.positionalArguments(); }
     // Refuses more than one of these.
     void AllowOneOf(const QStringList& options) const;
+    // Whether one of these, which write the survey, is given. Refused for a survey from standard input: standard output
+    // is taken by what the verb prints.
+    bool Changes(const QStringList& options) const;
 
   private:
     QStringList JoinPairs(const QStringList& words) const;
