@@ -28,6 +28,10 @@ QString EssayPlace(int q, int choice) {
     return u"Q%1 の選択肢 %2 の記述"_s.arg(q + 1).arg(choice);
 }
 
+QString LossWords(const TextLosses& text) {
+    return text.losses.isEmpty() ? QString() : text.place + u"："_s + CodePageLossText(text.losses);
+}
+
 QList<TextLosses> SurveyLosses(const Survey& survey) {
     LossList list;
     list.Look(survey.Title, [] { return u"Title"_s; });
@@ -57,7 +61,7 @@ bool AgreesToLosses(UserInterface& ui, const QList<TextLosses>& texts) {
     for (const TextLosses& text : texts) {
         if (text.losses.isEmpty()) continue;
         lost = lost || std::ranges::any_of(text.losses, &CodePageLoss::IsLost);
-        lines += text.place + u"："_s + CodePageLossText(text.losses);
+        lines += LossWords(text);
     }
     if (lines.isEmpty()) return true;
     if (lines.size() > kMostPlaces)

@@ -16,6 +16,9 @@ struct TextLosses {
 // The words for the place of an essay: "Q6 の選択肢 7 の記述".
 QString EssayPlace(int q, int choice);
 
+// "Q6 の選択肢 7 の記述：1文字目「😀」は「?」になります。"; empty when nothing is lost.
+QString LossWords(const TextLosses& text);
+
 // Those of all texts of a survey; the places are named as in its JSON form ("Questions[3].Choices[1].Text").
 QList<TextLosses> SurveyLosses(const Survey& survey);
 

@@ -191,8 +191,8 @@ QString EntrySession::LossesOfSample() {
         qint16 count = 0;
         GetAnswersEssay(Data(), shownDno_, q, count, choices.data(), essays.data());
         for (size_t a = 0; a < static_cast<size_t>(count); ++a) {
-            const QString losses = CodePageLossText(CodePageLosses(essays[a]));
-            if (!losses.isEmpty()) return EssayPlace(q, choices[a]) + u'：' + losses;
+            const QString losses = LossWords({EssayPlace(q, choices[a]), CodePageLosses(essays[a])});
+            if (!losses.isEmpty()) return losses;
         }
     }
     return QString();
@@ -394,11 +394,7 @@ void EntrySession::UpdateViewer(int endQ) {
 }
 
 void EntrySession::FillViewer() {
-    if (!viewer_) return;
-    if (shownDno_ < 0)
-        viewer_->Clear();
-    else
-        viewer_->ShowSample(shownDno_, viewerEnd_);
+    if (viewer_) viewer_->ShowSample(shownDno_, viewerEnd_);
 }
 
 void EntrySession::Command(const QString& caption) {

@@ -68,9 +68,8 @@ class SampleViewer {
   public:
     virtual ~SampleViewer() = default;
     virtual bool IsVisible() const = 0;
-    // Shows sample `dno` up to, not including, question `endQ`.
+    // Shows sample `dno` up to, not including, question `endQ`; an empty window for -1.
     virtual void ShowSample(qint32 dno, int endQ) = 0;
-    virtual void Clear() = 0;
 };
 
 class EntrySession : private ReplyBox {

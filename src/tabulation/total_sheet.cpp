@@ -216,4 +216,12 @@ int TotalSheet::LimitAt(int column) const {
     return L;
 }
 
+std::optional<qint32> TotalSheet::PersonAt(int column, int row) const {
+    const bool listed = row > kEssayHeadRow && row < grid.Rows() - 1;  // the last row counts the others
+    if (result.option.TotalKind != kEssayList || column != 0 || !listed) return std::nullopt;
+    const QString& id = grid.Text(column, row);
+    if (id.isEmpty()) return std::nullopt;
+    return RoundToInt32(LeadingNumber(id));
+}
+
 }  // namespace quibra

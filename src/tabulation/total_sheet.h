@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include "core/user_interface.h"
@@ -42,6 +43,8 @@ class TotalSheet : private TotalDisplay {
     bool IsDragged(int column, int entry) const;
     // The limit whose columns hold grid column `column`; run-time error 9 behind the last one.
     int LimitAt(int column) const;
+    // The ID that a cell of an essay list holds; nothing where it names no one.
+    std::optional<qint32> PersonAt(int column, int row) const;
 
   private:
     void SaveColumnWidths();

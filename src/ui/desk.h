@@ -21,7 +21,8 @@ class Desk {
     // The import under way, in front; nothing where there is none.
     virtual void ShowImport() = 0;
 
-    // The sample at `dno` in words, of the questions before `endQno`, in the one viewer, made where it isn't open.
+    // The sample at `dno` in words, of the questions before `endQno`, in the one viewer, made where it isn't open; none
+    // for -1. Whoever asks keeps the keyboard.
     virtual void ShowSample(qint32 dno, int endQno) = 0;
     // Whether that viewer is open: keying in keeps it up to date, but doesn't bring it up.
     virtual bool IsSampleShown() const = 0;

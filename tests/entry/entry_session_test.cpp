@@ -36,7 +36,6 @@ struct Desk : EntryView, SampleViewer {
     void RaiseDriver() override { focus = u"driver"_s; }
     bool IsVisible() const override { return visible; }
     void ShowSample(qint32 dno, int endQ) override { shown = u"%1 to %2"_s.arg(dno).arg(endQ); }
-    void Clear() override { shown = u"nothing"_s; }
     QString focus;
     QString shown;
     bool visible = false;

@@ -18,10 +18,6 @@ namespace quibra {
 
 namespace {
 
-std::string Utf8(const QString& text) {
-    return text.toStdString();
-}
-
 int RunList(const VerbLine& line, StandardOutput& out) {
     OpenedSurvey opened(line, line.Argument(0), Access::Show);
     const Survey& survey = opened.Data();

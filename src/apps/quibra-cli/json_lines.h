@@ -3,11 +3,17 @@
 
 #include <QFile>
 #include <optional>
+#include <string>
 
 #include "apps/quibra-cli/console.h"
 #include "core/strict_json.h"
 
 namespace quibra {
+
+// A text as a JSON object takes it.
+inline std::string Utf8(const QString& text) {
+    return text.toStdString();
+}
 
 // One object on one line.
 void PrintJson(StandardOutput& out, const Json& object);

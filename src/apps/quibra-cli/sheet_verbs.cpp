@@ -18,10 +18,6 @@ namespace quibra {
 
 namespace {
 
-std::string Utf8(const QString& text) {
-    return text.toStdString();
-}
-
 // "3.2", both from 1, as a place on the sheet.
 std::pair<int, int> StopArgument(const Survey& survey, const QString& text) {
     const QStringList parts = text.split(u'.');

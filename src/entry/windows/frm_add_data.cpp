@@ -50,10 +50,6 @@ void FrmAddData::Viewer::ShowSample(qint32 dno, int endQ) {
     desk_.ShowSample(dno, endQ);
 }
 
-void FrmAddData::Viewer::Clear() {
-    desk_.ShowSample(-1, 0);
-}
-
 FrmAddData::FrmAddData(SurveySession& session, ExternCaller& caller, Desk& desk, QWidget* parent)
     : QMainWindow(parent),
       controls_(std::make_unique<Ui::FrmAddData>()),

@@ -38,7 +38,6 @@ class FrmAddData : public QMainWindow, private EntryView, private SampleChangeLi
         explicit Viewer(Desk& desk) : desk_(desk) {}
         bool IsVisible() const override;
         void ShowSample(qint32 dno, int endQ) override;
-        void Clear() override;
 
       private:
         Desk& desk_;

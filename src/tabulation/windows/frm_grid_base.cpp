@@ -41,8 +41,6 @@ constexpr qint64 kQuickCalls = 1'000'000;
 constexpr int kMostCallsBetweenLooks = 64;
 // Milliseconds in which a desktop shows a window, unless something is wrong with it.
 constexpr qint64 kDesktopPatience = 100;
-// Of an essay list, behind the lines that tell what it is a list of.
-constexpr int kFirstPersonRow = 4;
 
 double PointsOf(const QWidget* widget) {
     return QFontInfo(widget->font()).pointSizeF();
@@ -232,12 +230,9 @@ void FrmGridBase::Grid_CurrentCellChange() {
 
 void FrmGridBase::ShowPersonOfRow() {
     const QModelIndex cell = ui_->Grid->currentIndex();
-    if (sheet_.result.option.TotalKind != kEssayList || cell.column() != 0) return;
-    if (cell.row() < kFirstPersonRow || cell.row() >= sheet_.grid.Rows() - 1) return;
-    const QString id = ui_->Grid->CurrentText();
-    if (id.isEmpty()) return;
     Attempt(session_.ui, [&] {
-        desk_.ShowSample(DnoOfID(session_.survey, RoundToInt32(LeadingNumber(id))), session_.survey.QuestionCount);
+        const auto id = sheet_.PersonAt(cell.column(), cell.row());
+        if (id) desk_.ShowSample(DnoOfID(session_.survey, *id), session_.survey.QuestionCount);
     });
 }
 
